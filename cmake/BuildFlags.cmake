@@ -1,0 +1,27 @@
+# Flags of every target, set once: link `linfit_flags` (PRIVATE) to each of them.
+add_library(linfit_flags INTERFACE)
+target_compile_features(linfit_flags INTERFACE cxx_std_20)
+target_include_directories(linfit_flags INTERFACE ${PROJECT_SOURCE_DIR})
+# The single-precision results are defined to the last bit: no fused multiply-add, no fast math, and
+# nothing that turns on flush-to-zero.
+target_compile_options(linfit_flags INTERFACE -Wall -Wextra -Wpedantic -Wconversion -ffp-contract=off)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+
+if(LINFIT_SANITIZE)
+  target_compile_options(linfit_flags INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all
+                                                -fno-omit-frame-pointer)
+  target_link_options(linfit_flags INTERFACE -fsanitize=address,undefined)
+  if(NOT WIN32)
+    # dlopen is called from the sanitizer's run time, so that a RUNPATH of the program does not count; an
+    # RPATH does.
+    target_link_options(linfit_flags INTERFACE -Wl,--disable-new-dtags)
+  endif()
+endif()
+
+# A program that finds the run-time libraries in its own directory.
+function(linfit_search_own_directory target)
+  if(NOT WIN32)
+    set_target_properties(${target} PROPERTIES BUILD_RPATH "$ORIGIN" INSTALL_RPATH "$ORIGIN")
+  endif()
+endfunction()

@@ -1,0 +1,18 @@
+# Test programs: linfit_add_test(name SOURCES ... LIBRARIES ... [DEFINITIONS ...]) makes one GoogleTest
+# program and registers each of its tests with ctest.
+if(CMAKE_CROSSCOMPILING)
+  add_subdirectory(/usr/src/googletest ${PROJECT_BINARY_DIR}/googletest EXCLUDE_FROM_ALL SYSTEM)
+else()
+  find_package(GTest REQUIRED)
+endif()
+include(GoogleTest)
+
+function(linfit_add_test name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LIBRARIES;DEFINITIONS;PROPERTIES" ${ARGN})
+  add_executable(${name} ${ARG_SOURCES})
+  target_link_libraries(${name} PRIVATE linfit_flags ${ARG_LIBRARIES} GTest::gtest GTest::gtest_main)
+  target_compile_definitions(${name} PRIVATE ${ARG_DEFINITIONS})
+  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/tests)
+  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
+                       PROPERTIES TIMEOUT 120 ${ARG_PROPERTIES})
+endfunction()

@@ -1,0 +1,77 @@
+// A thin RAII layer over SQLite: a connection, a prepared statement, and one kind of failure.
+#pragma once
+
+#include <sqlite3.h>
+
+#include <cstdint>
+#include <filesystem>
+#include <span>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+namespace host {
+
+// What SQLite reported, with the name of the file in front.
+struct DatabaseError : std::runtime_error {
+  DatabaseError(const std::string& text, int result_code)
+      : std::runtime_error(text), code(result_code) {}
+  int code;  // SQLite's (extended) result code
+};
+
+class Database {
+ public:
+  enum class Mode { kRead, kReadWrite, kCreate };
+
+  Database() = default;
+  // Opens `file`. kCreate makes the file; the other modes fail when there is none.
+  Database(const std::filesystem::path& file, Mode mode);
+  Database(Database&& other) noexcept;
+  Database& operator=(Database&& other) noexcept;
+  ~Database();
+
+  void Execute(const std::string& sql);
+  // Closes and reports a failure, which the destructor can't.
+  void Close();
+  [[nodiscard]] bool IsOpen() const { return connection_ != nullptr; }
+  [[nodiscard]] sqlite3* Connection() const { return connection_; }
+  // Throws DatabaseError with SQLite's current text unless `result` is a success.
+  void Check(int result) const;
+
+ private:
+  sqlite3* connection_ = nullptr;
+  std::string name_;
+};
+
+class Statement {
+ public:
+  Statement(Database& database, std::string_view sql);
+  Statement(const Statement&) = delete;
+  Statement& operator=(const Statement&) = delete;
+  ~Statement();
+
+  // Parameters are counted from 1. Text and blobs must live until the next Step.
+  Statement& Bind(int parameter, std::int64_t value);
+  Statement& Bind(int parameter, double value);
+  Statement& Bind(int parameter, std::string_view text);
+  Statement& BindBlob(int parameter, std::span<const std::byte> bytes);
+  Statement& BindNull(int parameter);
+  // True when a row is there.
+  bool Step();
+  // Runs a statement that gives no row, and makes it ready for the next one.
+  void Run();
+  void Reset();
+
+  // Columns are counted from 0; views live until the next Step.
+  [[nodiscard]] std::int64_t Int(int column) const;
+  [[nodiscard]] double Real(int column) const;
+  [[nodiscard]] std::string_view Text(int column) const;
+  [[nodiscard]] std::span<const std::byte> Blob(int column) const;
+  [[nodiscard]] bool IsNull(int column) const;
+
+ private:
+  Database* database_;
+  sqlite3_stmt* statement_ = nullptr;
+};
+
+}  // namespace host
