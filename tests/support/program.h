@@ -23,7 +23,8 @@ struct RunOptions {
 ProgramResult RunProgram(const std::filesystem::path& program,
                          const std::vector<std::string>& arguments, const RunOptions& options = {});
 
-// A directory of its own below the system's temporary directory, removed with all it holds at the end.
+// A directory of its own below the system's temporary directory, removed with all it holds at the
+// end.
 class TemporaryDirectory {
  public:
   // `hint` is part of its name: a blank or an umlaut, say.

@@ -1,0 +1,20 @@
+// The system's own way to run a program; one source file per system.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "tests/support/program.h"
+
+namespace testing_support {
+
+// Runs a program to its end with no standard input and the two outputs in files; returns its exit
+// code, or 128 + the signal that ended it. Throws std::runtime_error when it can't be started.
+int RunProcess(const std::filesystem::path& program, const std::vector<std::string>& arguments,
+               const RunOptions& options, const std::filesystem::path& out,
+               const std::filesystem::path& err);
+
+int ProcessNumber();
+
+}  // namespace testing_support
