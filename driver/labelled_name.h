@@ -1,15 +1,16 @@
 // Names of the coefficients and of the observations.
 //
-// A name record (`LabelledName`) is that of one row or column of the model: dimension, symbol number and
-// name, labels with their numbers, display name, and the flat key that the results file may give it. What a
-// record holds keeps to these limits:
+// A name record (`LabelledName`) is that of one row or column of the model: dimension, symbol
+// number and name, labels with their numbers, display name, and the flat key that the results file
+// may give it. What a record holds keeps to these limits:
 //   symbol name, label, flat key   63 characters each
 //   labels                         20
 //   display name                   250 characters
-// The memory follows the content instead of the limits: a record is a few numbers, and all texts of one
-// table lie end to end in one buffer, a symbol's name once for all records of the symbol. A million
-// observations with one short label each take about 50 MB. The display name isn't stored at all; it is put
-// together from the symbol name, the labels and their quote characters when it is asked for.
+// The memory follows the content instead of the limits: a record is a few numbers, and all texts of
+// one table lie end to end in one buffer, a symbol's name once for all records of the symbol. A
+// million observations with one short label each take about 50 MB. The display name isn't stored at
+// all; it is put together from the symbol name, the labels and their quote characters when it is
+// asked for.
 #pragma once
 
 #include <cstddef>
@@ -39,8 +40,9 @@ struct Label {
 struct LabelledName {
   std::int32_t dimension = 0;  // number of labels; -1 marks the added intercept
   std::int32_t symbol_number = 0;
-  std::int32_t symbol = -1;     // place in NameTable::symbols; -1: the symbol name is blank
-  bool named_intercept = false;  // the display name is "Intercept", whatever symbol and labels become
+  std::int32_t symbol = -1;  // place in NameTable::symbols; -1: the symbol name is blank
+  bool named_intercept =
+      false;  // the display name is "Intercept", whatever symbol and labels become
   std::size_t first_label = 0;  // place of label 1 in NameTable::labels
   TextPiece flat_key;           // blank until the results file sets it
 };
@@ -48,10 +50,10 @@ struct LabelledName {
 // The name records of all coefficients or of all observations, in order.
 struct NameTable {
   std::vector<LabelledName> records;
-  std::vector<std::string> symbols;  // each symbol name once
+  std::vector<std::string> symbols;          // each symbol name once
   std::vector<std::int32_t> symbol_numbers;  // of `symbols`
-  std::vector<Label> labels;         // the labels of record 0, then those of record 1, ...
-  std::string text;                  // characters of all labels and flat keys
+  std::vector<Label> labels;                 // the labels of record 0, then those of record 1, ...
+  std::string text;                          // characters of all labels and flat keys
 };
 
 // One label as the dictionary gives it, to be added to a table. Text beyond 63 characters is cut.
@@ -74,14 +76,14 @@ std::string_view SymbolName(const NameTable& names, std::size_t i);
 std::string_view LabelOf(const NameTable& names, std::size_t i, int k);
 std::int32_t LabelNumber(const NameTable& names, std::size_t i, int k);
 std::string_view FlatKey(const NameTable& names, std::size_t i);
-// Symbol name, then the labels in parentheses, each in its quote characters, separated by commas; cut at
-// 250 characters.
+// Symbol name, then the labels in parentheses, each in its quote characters, separated by commas;
+// cut at 250 characters.
 std::string DisplayName(const NameTable& names, std::size_t i);
 
 // Sets the flat key of record `i`; text beyond 63 characters is cut.
 void SetFlatKey(NameTable& names, std::size_t i, std::string_view key);
-// Gives record `i` a symbol of dimension `dimension` all of whose labels are `label` with number -1. The
-// display name stays.
+// Gives record `i` a symbol of dimension `dimension` all of whose labels are `label` with number
+// -1. The display name stays.
 void RelabelRecord(NameTable& names, std::size_t i, int dimension, std::int32_t symbol_number,
                    std::string_view symbol_name, std::string_view label);
 

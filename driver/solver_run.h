@@ -19,13 +19,14 @@ namespace linfit {
 
 struct SolverOptions {
   std::string results_file_name = "linfit.tdx";  // at most 255 characters
-  std::int32_t debug_level = 0;                  // above 0: dump of the design matrix and the response
-  std::int32_t maxn = 1000;                      // largest accepted number of observations
-  std::int32_t maxp = 25;                        // largest accepted number of coefficients, an intercept included
+  std::int32_t debug_level = 0;  // above 0: dump of the design matrix and the response
+  std::int32_t maxn = 1000;      // largest accepted number of observations
+  std::int32_t maxp = 25;        // largest accepted number of coefficients, an intercept included
 };
 
 struct SolverRun {
-  std::string ControlFilePath;  // command-line argument 1, at most 300 characters, without trailing blanks
+  std::string
+      ControlFilePath;  // command-line argument 1, at most 300 characters, without trailing blanks
 
   // One binding per library, then the objects made from them. The dictionary is the model object's.
   Pal pal;

@@ -15,12 +15,12 @@ struct RegressionResult {
   std::vector<double> pval;                 // p; two-sided p-values
   std::vector<double> fitted;               // n; A times estimate
   std::vector<double> resid;                // n; y minus fitted
-  double ess = 0.0;                         // explained sum of squares, centred when there is an intercept
-  double rss = 0.0;                         // residual sum of squares
-  std::int32_t df = 0;                      // degrees of freedom, n - p
-  double resvar = 0.0;                      // residual variance, rss / df
-  double sigma = 0.0;                       // residual standard error, sqrt(resvar)
-  double r2 = 0.0;                          // R squared, ess / (ess + rss)
+  double ess = 0.0;     // explained sum of squares, centred when there is an intercept
+  double rss = 0.0;     // residual sum of squares
+  std::int32_t df = 0;  // degrees of freedom, n - p
+  double resvar = 0.0;  // residual variance, rss / df
+  double sigma = 0.0;   // residual standard error, sqrt(resvar)
+  double r2 = 0.0;      // R squared, ess / (ess + rss)
   double adjusted_r2 = 0.0;
   double f_statistic = 0.0;
 };

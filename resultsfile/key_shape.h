@@ -1,5 +1,5 @@
-// How the records of the results file are keyed: by the labels of the elements' common symbol, or by one
-// flat key each. Decided once for the coefficients and once for the observations.
+// How the records of the results file are keyed: by the labels of the elements' common symbol, or
+// by one flat key each. Decided once for the coefficients and once for the observations.
 #pragma once
 
 #include <cstdint>
@@ -19,7 +19,7 @@ struct KeyShape {
   std::int32_t common_dimension = -1;      // -1 while none is seen and after a difference
   std::int32_t common_symbol_number = -1;  // -1 while none is seen and after a difference
   std::string common_symbol_name;          // of the first element that isn't the intercept
-  std::int32_t intercept_column = -1;      // coefficients only: one-based, the last with dimension -1
+  std::int32_t intercept_column = -1;  // coefficients only: one-based, the last with dimension -1
 };
 
 }  // namespace linfit

@@ -26,9 +26,9 @@ std::string Utf8(const std::filesystem::path& file) {
 }  // namespace
 
 Database::Database(const std::filesystem::path& file, Mode mode) : name_(Utf8(file)) {
-  const int result = sqlite3_open_v2(name_.c_str(), &connection_,
-                                     OpenFlags(mode) | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE,
-                                     nullptr);
+  const int result =
+      sqlite3_open_v2(name_.c_str(), &connection_,
+                      OpenFlags(mode) | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE, nullptr);
   if (result != SQLITE_OK) {
     const std::string text = name_ + ": " + sqlite3_errstr(result);
     sqlite3_close(std::exchange(connection_, nullptr));
@@ -45,7 +45,9 @@ Database& Database::operator=(Database&& other) noexcept {
   return *this;
 }
 
-Database::~Database() { sqlite3_close_v2(connection_); }
+Database::~Database() {
+  sqlite3_close_v2(connection_);
+}
 
 void Database::Execute(const std::string& sql) {
   Check(sqlite3_exec(connection_, sql.c_str(), nullptr, nullptr, nullptr));
@@ -68,7 +70,9 @@ Statement::Statement(Database& database, std::string_view sql) : database_(&data
                                     &statement_, nullptr));
 }
 
-Statement::~Statement() { sqlite3_finalize(statement_); }
+Statement::~Statement() {
+  sqlite3_finalize(statement_);
+}
 
 Statement& Statement::Bind(int parameter, std::int64_t value) {
   database_->Check(sqlite3_bind_int64(statement_, parameter, value));
@@ -83,15 +87,14 @@ Statement& Statement::Bind(int parameter, double value) {
 Statement& Statement::Bind(int parameter, std::string_view text) {
   // An empty view may have no address, which SQLite would take for NULL.
   const char* first = text.empty() ? "" : text.data();
-  database_->Check(sqlite3_bind_text64(statement_, parameter, first, text.size(), SQLITE_STATIC,
-                                       SQLITE_UTF8));
+  database_->Check(
+      sqlite3_bind_text64(statement_, parameter, first, text.size(), SQLITE_STATIC, SQLITE_UTF8));
   return *this;
 }
 
 Statement& Statement::BindBlob(int parameter, std::span<const std::byte> bytes) {
   const void* first = bytes.empty() ? static_cast<const void*>("") : bytes.data();
-  database_->Check(
-      sqlite3_bind_blob64(statement_, parameter, first, bytes.size(), SQLITE_STATIC));
+  database_->Check(sqlite3_bind_blob64(statement_, parameter, first, bytes.size(), SQLITE_STATIC));
   return *this;
 }
 
@@ -111,16 +114,23 @@ void Statement::Run() {
   Reset();
 }
 
-void Statement::Reset() { sqlite3_reset(statement_); }
+void Statement::Reset() {
+  sqlite3_reset(statement_);
+}
 
-std::int64_t Statement::Int(int column) const { return sqlite3_column_int64(statement_, column); }
+std::int64_t Statement::Int(int column) const {
+  return sqlite3_column_int64(statement_, column);
+}
 
-double Statement::Real(int column) const { return sqlite3_column_double(statement_, column); }
+double Statement::Real(int column) const {
+  return sqlite3_column_double(statement_, column);
+}
 
 std::string_view Statement::Text(int column) const {
   const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement_, column));
   const int size = sqlite3_column_bytes(statement_, column);
-  return text == nullptr ? std::string_view() : std::string_view(text, static_cast<std::size_t>(size));
+  return text == nullptr ? std::string_view()
+                         : std::string_view(text, static_cast<std::size_t>(size));
 }
 
 std::span<const std::byte> Statement::Blob(int column) const {
