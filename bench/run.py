@@ -1,0 +1,245 @@
+#!/usr/bin/env python3
+"""Runs linfit and its peers side by side on the same tables and prints a table of ratios.
+
+usage: run.py --build DIR [--sizes NAME,...] [--repeat K] [--results FILE]
+
+Every program is a whole process, from the CSV table to its report and a file with residuals and fitted
+values. Times are wall-clock seconds, the median over the repetitions, which are interleaved between the
+programs; memory is the peak of the resident set, summed over the processes of a run.
+"""
+import argparse
+import datetime
+import os
+import pathlib
+import shutil
+import statistics
+import subprocess
+import sys
+import tempfile
+import threading
+import time
+
+HERE = pathlib.Path(__file__).resolve().parent
+SIZES = {
+    "longley": (16, 7),
+    "1e3x10": (1000, 10),
+    "1e4x25": (10_000, 25),
+    "1e5x25": (100_000, 25),
+    "1e6x25": (1_000_000, 25),
+    "1e4x500": (10_000, 500),
+    "2000x1000": (2000, 1000),
+}
+# How many times faster than the fastest peer the whole run is to be.
+TARGETS = {"longley": 8.0, "1e4x25": 3.0, "1e5x25": 2.0, "1e6x25": 1.5, "1e4x500": 1.5, "2000x1000": 1.5}
+OURS = "linfit"
+
+
+def debian_python():
+    """The interpreter that Debian's pandas and statsmodels belong to."""
+    return "/usr/bin/python3" if os.path.exists("/usr/bin/python3") else sys.executable
+
+
+def peers():
+    """Name, command line for (table, output), and a command that succeeds when the peer is there."""
+    python = debian_python()
+    script = str(HERE / "peers" / "statsmodels_fit.py")
+    return [
+        ("R", lambda t, o: ["Rscript", "--vanilla", str(HERE / "peers/r.R"), t, o],
+         ["Rscript", "-e", "library(data.table)"]),
+        ("Python pinv", lambda t, o: [python, script, t, o, "pinv"],
+         [python, "-c", "import pandas, statsmodels.api"]),
+        ("Python qr", lambda t, o: [python, script, t, o, "qr"],
+         [python, "-c", "import pandas, statsmodels.api"]),
+        ("gretl", lambda t, o: ["gretlcli", "-b", str(HERE / "peers/gretl.inp")], ["gretlcli", "--version"]),
+        ("Octave", lambda t, o: ["octave-cli", "--norc", str(HERE / "peers/octave.m"), t, o],
+         ["octave-cli", "--version"]),
+    ]
+
+
+def is_there(command):
+    try:
+        return subprocess.run(command, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+                              stderr=subprocess.DEVNULL).returncode == 0
+    except OSError:
+        return False
+
+
+def resident_bytes(session):
+    """Resident memory of all processes of a session."""
+    total = 0
+    for entry in os.listdir("/proc"):
+        if not entry.isdigit():
+            continue
+        try:
+            with open(f"/proc/{entry}/stat", encoding="ascii", errors="replace") as stat:
+                fields = stat.read().rsplit(")", 1)[1].split()
+            if int(fields[3]) == session:
+                total += int(fields[21]) * os.sysconf("SC_PAGESIZE")
+        except (OSError, IndexError, ValueError):
+            continue
+    return total
+
+
+def measure(command, directory, environment):
+    """Seconds, peak memory in MB, and the text that the program printed."""
+    log = pathlib.Path(directory) / "bench.log"
+    peak = 0
+    with open(log, "wb") as out:
+        start = time.perf_counter()
+        process = subprocess.Popen(command, cwd=directory, env={**os.environ, **environment},
+                                   stdin=subprocess.DEVNULL, stdout=out, stderr=subprocess.STDOUT,
+                                   start_new_session=True)
+        done = threading.Event()
+
+        def watch():
+            nonlocal peak
+            while not done.wait(0.02):
+                peak = max(peak, resident_bytes(process.pid))
+
+        watcher = threading.Thread(target=watch)
+        watcher.start()
+        _, status, usage = os.wait4(process.pid, 0)
+        seconds = time.perf_counter() - start
+        process.returncode = os.waitstatus_to_exitcode(status)
+        done.set()
+        watcher.join()
+    text = log.read_text(encoding="utf-8", errors="replace")
+    if process.returncode != 0:
+        sys.exit(f"run.py: {' '.join(command)} ended with status {process.returncode}:\n{text[-2000:]}")
+    return seconds, max(peak, usage.ru_maxrss * 1024) / 1e6, text
+
+
+def programs(build):
+    tavolite = str(build / "bin" / "tavolite")
+    found = [(OURS, lambda t, o: [tavolite, "solve", t, "--response", "y", "--timing", o + ".timing", "--quiet"])]
+    for name, command, check in peers():
+        if is_there(check):
+            found.append((name, command))
+        else:
+            print(f"{name}: not installed, skipped")
+    return found
+
+
+def make_table(build, name, directory):
+    if name == "longley":
+        return str(HERE / "longley.csv")
+    n, p = SIZES[name]
+    table = str(pathlib.Path(directory) / f"{name}.csv")
+    subprocess.run([str(build / "bin" / "make_table"), str(n), str(p), table], check=True)
+    return table
+
+
+def run_size(build, name, found, repeat, directory):
+    table = make_table(build, name, directory)
+    n, p = SIZES[name]
+    count = repeat or (9 if n * p < 1_000_000 else 3)
+    times = {program: [] for program, _ in found}
+    memory = {program: 0.0 for program, _ in found}
+    bare = []
+    steps = {}
+    for _ in range(count):
+        for program, command in found:
+            output = str(pathlib.Path(directory) / "output.csv")
+            seconds, peak, _ = measure(command(table, output), directory,
+                                       {"BENCH_TABLE": table, "BENCH_OUTPUT": output})
+            times[program].append(seconds)
+            memory[program] = max(memory[program], peak)
+            if program == OURS:
+                for step, value in read_steps(output + ".timing"):
+                    steps.setdefault(step, []).append(value)
+        text = subprocess.run([str(build / "bin" / "bare_solve"), str(n), str(p)], check=True,
+                              capture_output=True, text=True).stdout
+        bare.append(sum(float(word) for word in text.split()))
+    if name != "longley":
+        os.remove(table)
+    return {"times": {k: statistics.median(v) for k, v in times.items()}, "memory": memory,
+            "bare": statistics.median(bare), "steps": {k: statistics.median(v) for k, v in steps.items()}}
+
+
+def read_steps(file):
+    with open(file, encoding="utf-8") as lines:
+        for line in lines:
+            seconds, step = line.rstrip("\n").split("\t", 1)
+            yield step, float(seconds)
+
+
+def overview(results):
+    names = list(next(iter(results.values()))["times"])
+    lines = ["Seconds of the whole process (peak MB); the ratio is the fastest peer's time over linfit's.", "",
+             "| size | " + " | ".join(names) + " | ratio | asked for | bare solve |",
+             "| --- |" + " ---: |" * (len(names) + 3)]
+    for size, result in results.items():
+        cells = [f"{result['times'][k]:.3f} ({result['memory'][k]:.0f})" for k in names]
+        others = [result["times"][k] for k in names if k != OURS]
+        ratio = f"{min(others) / result['times'][OURS]:.2f}" if others else "-"
+        target = TARGETS.get(size)
+        lines.append(f"| {size} | " + " | ".join(cells) +
+                     f" | {ratio} | {target if target else '-'} | {result['bare']:.3f} |")
+    return lines
+
+
+def step_table(results):
+    steps = []
+    for result in results.values():
+        steps += [step for step in result["steps"] if step not in steps]
+    lines = ["Seconds per step of the linfit run.", "",
+             "| step | " + " | ".join(results) + " |", "| --- |" + " ---: |" * len(results)]
+    for step in steps:
+        lines.append(f"| {step} | " + " | ".join(
+            f"{r['steps'][step]:.4f}" if step in r["steps"] else "-" for r in results.values()) + " |")
+    return lines
+
+
+def versions(found):
+    commands = {"R": ["Rscript", "-e", "cat(R.version.string, 'data.table', format(packageVersion('data.table')))"],
+                "Python pinv": [debian_python(), "-c",
+                                "import sys, pandas, statsmodels; print('Python', sys.version.split()[0], 'pandas', "
+                                "pandas.__version__, 'statsmodels', statsmodels.__version__)"],
+                "gretl": ["gretlcli", "--version"], "Octave": ["octave-cli", "--version"]}
+    lines = []
+    for name, _ in found:
+        if name in commands:
+            text = subprocess.run(commands[name], capture_output=True, text=True).stdout.strip()
+            lines.append("- " + text.splitlines()[0])
+    return lines
+
+
+def machine():
+    with open("/proc/cpuinfo", encoding="utf-8") as info:
+        model = next((line.split(":", 1)[1].strip() for line in info if line.startswith("model name")), "unknown")
+    with open("/proc/meminfo", encoding="ascii") as info:
+        memory = int(info.readline().split()[1]) / 1024 / 1024
+    system = "unknown"
+    if os.path.exists("/etc/os-release"):
+        with open("/etc/os-release", encoding="utf-8") as release:
+            system = dict(l.rstrip().split("=", 1) for l in release if "=" in l).get("PRETTY_NAME", system).strip('"')
+    return f"{os.cpu_count()} cores, {model}, {memory:.0f} GiB of memory, {system}"
+
+
+def main():
+    parser = argparse.ArgumentParser(description="linfit beside its peers")
+    parser.add_argument("--build", type=pathlib.Path, required=True, help="build directory with bin/")
+    parser.add_argument("--sizes", default=",".join(SIZES), help="comma-separated: " + ", ".join(SIZES))
+    parser.add_argument("--repeat", type=int, default=0, help="runs of each program (default: 9, large sizes 3)")
+    parser.add_argument("--results", type=pathlib.Path, help="write the tables to this file, too")
+    arguments = parser.parse_args()
+    build = arguments.build.resolve()
+    found = programs(build)
+    results = {}
+    directory = tempfile.mkdtemp(prefix="linfit-bench-")
+    try:
+        for name in arguments.sizes.split(","):
+            results[name] = run_size(build, name, found, arguments.repeat, directory)
+            print(f"{name}: " + ", ".join(f"{k} {v:.3f} s" for k, v in results[name]["times"].items()), flush=True)
+    finally:
+        shutil.rmtree(directory, ignore_errors=True)
+    text = ["# Bench results", "",
+            f"{datetime.date.today().isoformat()}, {machine()}. Made by `make bench`.", "", *versions(found), "",
+            *overview(results), "", *step_table(results), ""]
+    print("\n".join(text))
+    if arguments.results:
+        arguments.results.write_text("\n".join(text), encoding="utf-8")
+
+
+if __name__ == "__main__":
+    main()
