@@ -1,5 +1,5 @@
-// The bare linear algebra of one regression, as the measure for everything around it: DGELS and DPOTRI on
-// the columns of a table that has been read already (random numbers of the same shape).
+// The bare linear algebra of one regression, as the measure for everything around it: DGELS and
+// DPOTRI on the columns of a table that has been read already (random numbers of the same shape).
 //
 // usage: bare_solve N P      prints the seconds of the two calls, in that order
 #include <chrono>
@@ -10,9 +10,11 @@
 #include <vector>
 
 extern "C" {
-void dgels_(const char* trans, const int* m, const int* n, const int* nrhs, double* a, const int* lda,
-            double* b, const int* ldb, double* work, const int* lwork, int* info, std::size_t trans_length);
-void dpotri_(const char* uplo, const int* n, double* a, const int* lda, int* info, std::size_t uplo_length);
+void dgels_(const char* trans, const int* m, const int* n, const int* nrhs, double* a,
+            const int* lda, double* b, const int* ldb, double* work, const int* lwork, int* info,
+            std::size_t trans_length);
+void dpotri_(const char* uplo, const int* n, double* a, const int* lda, int* info,
+             std::size_t uplo_length);
 }
 
 namespace {

@@ -1,5 +1,6 @@
-// Writes a regression table as CSV: a response `y` and P - 1 regressors `x1` .. (the intercept is the P-th
-// coefficient), N rows, numbers with nine significant digits, always the same for the same arguments.
+// Writes a regression table as CSV: a response `y` and P - 1 regressors `x1` .. (the intercept is
+// the P-th coefficient), N rows, numbers with nine significant digits, always the same for the same
+// arguments.
 //
 // usage: make_table N P FILE
 #include <charconv>
@@ -33,7 +34,8 @@ class Random {
 
 void AppendNumber(std::string& line, double value) {
   char text[32];
-  const auto end = std::to_chars(text, text + sizeof text, value, std::chars_format::general, 9).ptr;
+  const auto end =
+      std::to_chars(text, text + sizeof text, value, std::chars_format::general, 9).ptr;
   line.append(text, end);
 }
 
