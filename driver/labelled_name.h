@@ -17,6 +17,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace linfit {
@@ -26,8 +27,8 @@ inline constexpr std::size_t kDisplayNameWidth = 250;
 inline constexpr int kMaxLabels = 20;
 inline constexpr int kAddedInterceptDimension = -1;
 
-struct TextPiece {
-  std::size_t offset = 0;
+struct TextPiece {  // a part of NameTable::text
+  std::uint32_t offset = 0;
   std::uint32_t length = 0;
 };
 
@@ -40,23 +41,23 @@ struct Label {
 struct LabelledName {
   std::int32_t dimension = 0;  // number of labels; -1 marks the added intercept
   std::int32_t symbol_number = 0;
-  std::int32_t symbol = -1;  // place in NameTable::symbols; -1: the symbol name is blank
-  bool named_intercept =
-      false;  // the display name is "Intercept", whatever symbol and labels become
-  std::size_t first_label = 0;  // place of label 1 in NameTable::labels
-  TextPiece flat_key;           // blank until the results file sets it
+  std::int32_t symbol = -1;       // place in NameTable::symbols; -1: the symbol name is blank
+  bool named_intercept = false;   // the display name stays "Intercept", whatever the labels become
+  std::uint32_t first_label = 0;  // place of label 1 in NameTable::labels
+  TextPiece flat_key;             // blank until the results file sets it
 };
 
 // The name records of all coefficients or of all observations, in order.
 struct NameTable {
   std::vector<LabelledName> records;
-  std::vector<std::string> symbols;          // each symbol name once
-  std::vector<std::int32_t> symbol_numbers;  // of `symbols`
-  std::vector<Label> labels;                 // the labels of record 0, then those of record 1, ...
-  std::string text;                          // characters of all labels and flat keys
+  std::vector<std::string> symbols;  // each symbol name once
+  std::vector<Label> labels;         // the labels of record 0, then those of record 1, ...
+  std::unordered_map<std::int32_t, std::int32_t> symbol_places;  // symbol number to place
+  std::string text;  // characters of all labels and flat keys
 };
 
-// One label as the dictionary gives it, to be added to a table. Text beyond 63 characters is cut.
+// One label as the dictionary gives it, to be added to a table. Here and below, trailing blanks of
+// a text are removed, and a text beyond its limit is cut.
 struct LabelText {
   std::string_view text;
   std::int32_t number = 0;
@@ -82,8 +83,8 @@ std::string DisplayName(const NameTable& names, std::size_t i);
 
 // Sets the flat key of record `i`; text beyond 63 characters is cut.
 void SetFlatKey(NameTable& names, std::size_t i, std::string_view key);
-// Gives record `i` a symbol of dimension `dimension` all of whose labels are `label` with number
-// -1. The display name stays.
+// Gives record `i`, that of an added intercept, a symbol of dimension `dimension` all of whose
+// labels are `label` with number -1. The display name stays.
 void RelabelRecord(NameTable& names, std::size_t i, int dimension, std::int32_t symbol_number,
                    std::string_view symbol_name, std::string_view label);
 
