@@ -1,9 +1,9 @@
 // Quantiles of the standard normal distribution.
 //
-// C. Hastings: Approximations for Digital Computers, Princeton 1955, sheet 68 (rational form), and
-// one Newton correction with the complementary error function after W. J. Cody: Rational Chebyshev
-// approximations for the error function, Math. Comp. 23 (1969) 631-637. Double precision with
-// constants of single precision: good to about 3e-6 in the middle and 8e-8 elsewhere.
+// A rational approximation of the form of Abramowitz and Stegun 26.2.23 and one Newton correction
+// with the complementary error function after W. J. Cody: Rational Chebyshev approximations for the
+// error function, Math. Comp. 23 (1969) 631-637. Double precision with constants of single
+// precision: good to about 3e-6 in the middle and 8e-8 elsewhere.
 #pragma once
 
 #include "numerics/error_monitor.h"

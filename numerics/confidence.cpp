@@ -1,0 +1,11 @@
+#include "numerics/confidence.h"
+
+#include "numerics/studin.h"
+
+namespace linfit {
+
+double ConfidenceQuantile(double level, int df, int& ifault) {
+  return STUDIN((1.0 - level) * 0.5, df, ifault);
+}
+
+}  // namespace linfit
