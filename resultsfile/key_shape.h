@@ -4,6 +4,9 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
+
+#include "driver/labelled_name.h"
 
 namespace linfit {
 
@@ -21,5 +24,16 @@ struct KeyShape {
   std::string common_symbol_name;          // of the first element that isn't the intercept
   std::int32_t intercept_column = -1;  // coefficients only: one-based, the last with dimension -1
 };
+
+// Decides the shape of the coefficients' keys. `shape` comes with its initial values. Structured
+// keys need one symbol with 1 to 10 labels (`covar` has each coefficient's keys twice); an added
+// intercept then gets that symbol, with "Intercept" for every label. Otherwise every record gets a
+// flat key: its symbol name when all coefficients are scalars, else "x" and its number;
+// "Intercept" for an added intercept that the scan came to.
+void AnalyseCoefficientKeys(NameTable& names, KeyShape& shape);
+
+// The same for the observations: structured keys need one symbol with labels, and the flat keys
+// are "r" and the number. Returns the text of a failure that ends the run, or an empty text.
+[[nodiscard]] std::string_view AnalyseObservationKeys(NameTable& names, KeyShape& shape);
 
 }  // namespace linfit
