@@ -1,0 +1,109 @@
+#include "estimation/least_squares.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <vector>
+
+#include "estimation/real_field.h"
+
+// LAPACK. Character arguments have a hidden length, after all others.
+extern "C" {
+// Least squares by QR. `work[0]` receives the best workspace size when `lwork` is -1. `info` > 0:
+// the factor R has a zero on its diagonal, A isn't of full rank.
+void dgels_(const char* trans, const int* m, const int* n, const int* nrhs, double* a,
+            const int* lda, double* b, const int* ldb, double* work, const int* lwork, int* info,
+            std::size_t trans_length);
+// Inverse of U'U from its triangular factor U. `info` > 0: U has a zero on its diagonal.
+void dpotri_(const char* uplo, const int* n, double* a, const int* lda, int* info,
+             std::size_t uplo_length);
+// A norm of a general matrix; 'M': the largest absolute entry, `work` is not used.
+double dlange_(const char* norm, const int* m, const int* n, const double* a, const int* lda,
+               double* work, std::size_t norm_length);
+// Constants of double precision; 'S': smallest number whose reciprocal is finite, 'P': precision.
+double dlamch_(const char* cmach, std::size_t cmach_length);
+
+// LAPACK's handler of illegal arguments. Vendors' handlers differ: some return to the caller, and
+// the texts aren't the same; this one takes their place. It must stand in the source file that
+// calls LAPACK (in a file of its own a static library would never hand it to the linker), and be
+// visible where LAPACK is a shared library.
+[[gnu::visibility("default")]] void xerbla_(const char* routine, const int* argument,
+                                            std::size_t routine_length) {
+  std::string name(routine, routine_length);
+  name.erase(name.find_last_not_of(' ') + 1);
+  std::printf(" ** On entry to %-6s parameter number %2d had an illegal value\n", name.c_str(),
+              *argument);
+  std::fflush(stdout);
+  std::exit(EXIT_SUCCESS);
+}
+}
+
+namespace linfit {
+namespace {
+
+std::size_t Count(std::int32_t count) {
+  return static_cast<std::size_t>(std::max(count, 0));
+}
+
+// Halves go away from zero.
+int RoundedToInteger(double value) {
+  return static_cast<int>(value < 0.0 ? value - 0.5 : value + 0.5);
+}
+
+// DGELS rescales a matrix outside this range; such a problem is refused instead.
+Failure CheckScaling(const std::vector<double>& a, int n, int p) {
+  const double largest = dlange_("M", &n, &p, a.data(), &n, nullptr, 1);
+  const double smallest_safe = dlamch_("S", 1) / dlamch_("P", 1);
+  const double largest_safe = 1.0 / smallest_safe;
+  const std::string text = "Jacobian very poorly scaled: ";
+  if (largest > 0.0 && largest < smallest_safe) {
+    return text + "max elem <" + FreeReal(smallest_safe);
+  }
+  if (largest > largest_safe) return text + "max elem >" + FreeReal(largest_safe);
+  if (largest == 0.0) return text + "all elem zero";
+  return {};
+}
+
+// The symmetric p x p matrix whose upper triangle is that of `a` (leading dimension n).
+std::vector<double> SymmetricFromUpper(const std::vector<double>& a, std::size_t n, std::size_t p) {
+  std::vector<double> c(p * p);
+  for (std::size_t j = 0; j < p; ++j) {
+    for (std::size_t i = 0; i <= j; ++i) c[i + j * p] = c[j + i * p] = a[i + j * n];
+  }
+  return c;
+}
+
+}  // namespace
+
+Failure SolveLeastSquares(const RegressionData& data, RegressionResult& result,
+                          const LineSink& diagnostic) {
+  const int n = data.n;
+  const int p = data.p;
+  const int one = 1;
+  int info = 0;
+  std::vector<double> a(data.DesignMatrix);
+  std::vector<double> b(data.ResponseVector);
+
+  double best_size = 0.0;
+  const int query = -1;
+  dgels_("N", &n, &p, &one, a.data(), &n, b.data(), &n, &best_size, &query, &info, 1);
+  diagnostic(" DGELS(LAPACK): workspace:" + FreeReal(best_size));
+  const int size = RoundedToInteger(best_size);
+  std::vector<double> workspace(Count(size));
+
+  if (Failure failure = CheckScaling(a, n, p)) return failure;
+  dgels_("N", &n, &p, &one, a.data(), &n, b.data(), &n, workspace.data(), &size, &info, 1);
+  diagnostic(" DGELS(LAPACK): info: " + std::to_string(info));
+  result.estimate.assign(b.begin(), b.begin() + std::min(n, p));
+  // DGELS refuses such a shape by itself, since `b` holds n values only.
+  if (n < p) return "Should have n>=p";
+
+  dpotri_("U", &p, a.data(), &n, &info, 1);
+  diagnostic(" DPOTRI(LAPACK) : info: " + std::to_string(info));
+  result.unscaled_covariance = SymmetricFromUpper(a, Count(n), Count(p));
+  return {};
+}
+
+}  // namespace linfit

@@ -1,0 +1,88 @@
+#include "estimation/report.h"
+
+#include "estimation/real_field.h"
+#include "estimation/statistics.h"
+
+namespace linfit {
+namespace {
+
+constexpr std::size_t kNameColumns = 17;
+constexpr std::size_t kNumberColumns = 13;
+
+// `text` right-justified in `columns` columns, or its first ones. A character of several bytes
+// (UTF-8) takes one column.
+std::string TextField(std::string_view text, std::size_t columns) {
+  const auto starts_character = [&](std::size_t i) { return (text[i] & 0xC0) != 0x80; };
+  std::size_t used = 0;
+  std::size_t bytes = 0;
+  while (bytes < text.size() && (used < columns || !starts_character(bytes))) {
+    if (starts_character(bytes)) ++used;
+    ++bytes;
+  }
+  std::string field(columns - used, ' ');
+  return field.append(text.substr(0, bytes));
+}
+
+std::string Number(double value) {
+  return RealField(value, kNumberColumns, 5);
+}
+
+std::string WithoutTrailingBlanks(std::string text) {
+  text.erase(text.find_last_not_of(' ') + 1);
+  return text;
+}
+
+std::string Heading() {
+  std::string line = TextField("Parameter", kNameColumns);
+  for (const char* text : {"Estimate", "Std. Error", "t value", "Pr(>|t|)"}) {
+    line.append(" ").append(TextField(text, kNumberColumns));
+  }
+  return line;
+}
+
+std::string CoefficientLine(const RegressionData& data, const RegressionResult& result,
+                            std::size_t j) {
+  std::string line = TextField(DisplayName(data.CoefficientNames, j), kNameColumns);
+  for (const double value : {result.estimate[j], result.se[j], result.tval[j], result.pval[j]}) {
+    line.append(" ").append(Number(value));
+  }
+  line.append(" ").append(SignificanceCode(result.pval[j]));
+  return WithoutTrailingBlanks(line);
+}
+
+}  // namespace
+
+std::string_view SignificanceCode(double p_value) {
+  if (p_value < 0.001) return "***";
+  if (p_value < 0.01) return "**";
+  if (p_value < 0.05) return "*";
+  // The last threshold is a single-precision number: 0.10000000149011612.
+  if (p_value < static_cast<double>(0.1F)) return ".";
+  return " ";
+}
+
+std::vector<std::string> ReportLines(const RegressionData& data, const RegressionResult& result) {
+  std::vector<std::string> lines{Heading()};
+  for (std::size_t j = 0; j < result.estimate.size(); ++j) {
+    lines.push_back(CoefficientLine(data, result, j));
+  }
+  lines.emplace_back("     ---");
+  lines.emplace_back("     Signif. codes:  0 `***' 0.001 `**' 0.01 `*' 0.05 `.' 0.1 ` ' 1");
+  lines.emplace_back();
+  lines.emplace_back("Estimation statistics:");
+  lines.push_back("Cases: " + std::to_string(data.n) + "  Parameters: " + std::to_string(data.p) +
+                  "  Residual sum of squares: " + Number(result.rss));
+  lines.push_back("Residual standard error: " + Number(result.sigma) + "   on  " +
+                  std::to_string(result.df) + " degrees of freedom");
+  lines.push_back("Multiple R-squared: " + Number(result.r2) +
+                  "  Adjusted R-squared: " + Number(result.adjusted_r2));
+  return lines;
+}
+
+std::string FTestLine(const RegressionData& data, const RegressionResult& result, double p_value) {
+  return "F statistic: " + Number(result.f_statistic) + " on " +
+         std::to_string(NumeratorDegrees(data)) + " and " + std::to_string(result.df) +
+         " DF, p-value: " + Number(p_value);
+}
+
+}  // namespace linfit
