@@ -201,7 +201,7 @@ float LargeParameterExpansion(float a, float b, float lambda, float tolerance) {
   float z_even = z;
   float z_odd = z2;
   for (int n = 2; n <= kLargeParameterOrder; n += 2) {
-    const float order = static_cast<float>(n);
+    const auto order = static_cast<float>(n);
     const auto even = static_cast<std::size_t>(n);
     hn = h2 * hn;
     k.a[even] = ((2.0f * r0) * (1.0f + h * hn)) / (order + 2.0f);

@@ -138,7 +138,7 @@ float StepDifference(float a, float b, float x, float y, int n) {
   float sum = d;
   const int largest = LargestTerm(a, b, x, y, n);
   for (int i = 1; i < n; ++i) {
-    const float l = static_cast<float>(i - 1);
+    const auto l = static_cast<float>(i - 1);
     d = (((s + l) / (a1 + l)) * x) * d;
     sum = sum + d;
     if (i > largest && d <= kEpsilon * sum) {

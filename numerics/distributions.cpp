@@ -12,7 +12,7 @@ namespace {
 // I_x(a, b) in single precision. The complement of x is formed after the rounding of x, not from
 // what x was made of.
 Probability BetaRatio(double a, double b, double x) {
-  const float single_x = static_cast<float>(x);
+  const auto single_x = static_cast<float>(x);
   const float y = 1.0f - single_x;
   float w = 0.0f;
   float w1 = 0.0f;

@@ -150,8 +150,8 @@ float Erfc(float x) {
   }
   const float tail = ScaledErfcTail(x, ax);
   const double square = static_cast<double>(x) * static_cast<double>(x);  // kept in double
-  const float t = static_cast<float>(square);
-  const float rest = static_cast<float>(square - static_cast<double>(t));
+  const auto t = static_cast<float>(square);
+  const auto rest = static_cast<float>(square - static_cast<double>(t));
   const float value = (Complement(rest) * std::exp(-t)) * tail;
   return x < 0.0f ? 2.0f - value : value;
 }

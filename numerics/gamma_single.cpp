@@ -226,7 +226,7 @@ float LogGamma(float a) {
 
 float LogGammaOfSum(float a, float b) {
   const double sum = static_cast<double>(a) + static_cast<double>(b);
-  const float x = static_cast<float>(sum - 2.0);  // the sum in double
+  const auto x = static_cast<float>(sum - 2.0);  // the sum in double
   if (x <= 0.25f) {
     return LogGammaOnePlus(1.0f + x);
   }

@@ -3,7 +3,7 @@
 #include <cmath>
 #include <functional>
 #include <limits>
-#include <regex>
+#include <sstream>
 
 #include "numerics/bratio_asymptotic.h"
 #include "numerics/elementary_single.h"
@@ -55,21 +55,24 @@ TEST(Bratio, SupportingRoutinesAgreeWithThePublishedOnes) {
   WorstRow worst("helper_values.txt", kSingleBound);
   std::map<std::string, int> rows;
   for (const std::string& line : testing_support::Lines(ReadData("helper_values.txt"))) {
+    // "name: (arguments)=value ..." or "name(arguments)=value ...".
     const std::size_t colon = line.find(": ");
     const std::string heading = colon == std::string::npos ? "" : line.substr(0, colon);
-    const std::string items = colon == std::string::npos ? line : line.substr(colon);
-    const std::regex item(R"(([a-z]*)\(([^()]*)\)=(\S+))");
-    for (std::sregex_iterator it(items.begin(), items.end(), item), end; it != end; ++it) {
-      const std::string name = heading.empty() ? (*it)[1].str() : heading;
-      if (name.empty() || functions.count(name) == 0) {
-        continue;  // the remarks and the machine constants
+    std::istringstream items(colon == std::string::npos ? line : line.substr(colon + 1));
+    for (std::string item; items >> item;) {
+      const std::size_t open = item.find('(');
+      const std::size_t close = item.find(")=");
+      const std::string name = heading.empty() ? item.substr(0, open) : heading;
+      if (close == std::string::npos || functions.count(name) == 0) {
+        continue;  // the remark and the machine constants
       }
       Arguments arguments;
-      for (const std::string& field : Fields((*it)[2].str())) {
+      for (const std::string& field : Fields(item.substr(open + 1, close - open - 1))) {
         arguments.push_back(Number<float>(field));
       }
-      const float expected = Number<float>((*it)[3].str());
-      worst.Add(SingleDistance(functions.at(name)(arguments), expected), name + it->str());
+      const auto expected = Number<float>(item.substr(close + 2));
+      worst.Add(SingleDistance(functions.at(name)(arguments), expected),
+                heading.empty() ? item : std::string(heading).append(item));
       ++rows[name];
     }
   }
