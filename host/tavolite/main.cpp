@@ -1,0 +1,5 @@
+// The command `tavolite`.
+
+int main() {
+  return 2;
+}
