@@ -1,0 +1,238 @@
+// The binary interface of one library function, from its C++ function type.
+//
+// An argument's type stands for a signature code, and with it for the C type that crosses the
+// border and for the conversion on the way:
+//
+//   code  C++ argument               C argument
+//    1    Handle                     void*              handle of another object
+//    2    Handle&                    void**             cursor, the library updates it
+//    3    int                        int
+//    4    int&                       int*               the library writes it
+//    9    LongText                   const char*        trimmed, cut to 511, terminated
+//   11    std::string_view           const char*        trimmed, cut to 255, short string
+//   12    ShortOut                   char*              256 bytes for a short string
+//   13    double                     double
+//   14    double&                    double*            the library writes it
+//   17    TextOut                    char*              as 12
+//   19    char&                      char*              one character
+//   52    LabelNumbers&              int*               room for 20
+//   53    const ValueRecord&         const double*      5 values
+//   55    IndexTuple                 const char*        short strings, one after another, 256 bytes
+//   each
+//
+// Results: void (0), Handle (1), int (3), ShortResult (12), double (13), bool (15). A function with
+// a ShortResult returns nothing in C and takes the 256-byte buffer as one more, last argument.
+//
+// Every conversion uses the stack; nothing is allocated.
+#pragma once
+
+#include <array>
+#include <concepts>
+#include <cstddef>
+#include <span>
+#include <string_view>
+
+#include "binding/fixed_text.h"
+
+namespace linfit {
+
+using Handle = void*;
+using LabelNumbers = std::array<int, 20>;
+using ValueRecord = std::array<double, 5>;
+using KeySlot = std::array<char, 256>;     // one index label, blank-padded
+using KeyTuple = std::array<KeySlot, 20>;  // slots beyond the symbol's dimension are not looked at
+using ShortResult = std::array<char, kShortStringLength>;  // blank-padded
+
+// Long text for the library; trailing blanks do not count.
+struct LongText {
+  template <class T>
+  requires std::convertible_to<const T&, std::string_view> LongText(const T& source)
+      : text(source) {}  // NOLINT(google-explicit-constructor)
+  std::string_view text;
+};
+
+// A field of the caller's that receives a text: over its whole width, cut or blank-padded.
+template <int signature_code>
+struct TextField {
+  template <class T>
+  requires std::convertible_to<T&&, std::span<char>> TextField(T&& target)
+      : field(target) {}  // NOLINT(google-explicit-constructor)
+  std::span<char> field;
+};
+using ShortOut = TextField<12>;
+using TextOut = TextField<17>;
+
+// The first `dimension` slots of `keys`; their trailing blanks count only when `trim` is off.
+struct IndexTuple {
+  const KeyTuple& keys;
+  int dimension;
+  bool trim;
+};
+
+// How an argument crosses the border: get() gives what the library receives and lives until the
+// call is over.
+template <class T>
+struct Arg;
+
+template <int signature_code, class T>
+struct ByValue {
+  static constexpr int code = signature_code;
+  using c_type = T;
+  explicit ByValue(T v) : value(v) {}
+  [[nodiscard]] T get() const { return value; }
+  T value;
+};
+template <int signature_code, class T>
+struct ByAddress {
+  static constexpr int code = signature_code;
+  using c_type = T*;
+  explicit ByAddress(T& v) : address(&v) {}
+  [[nodiscard]] T* get() const { return address; }
+  T* address;
+};
+
+template <>
+struct Arg<Handle> : ByValue<1, Handle> {
+  using ByValue::ByValue;
+};
+template <>
+struct Arg<Handle&> : ByAddress<2, Handle> {
+  using ByAddress::ByAddress;
+};
+template <>
+struct Arg<int> : ByValue<3, int> {
+  using ByValue::ByValue;
+};
+template <>
+struct Arg<int&> : ByAddress<4, int> {
+  using ByAddress::ByAddress;
+};
+template <>
+struct Arg<double> : ByValue<13, double> {
+  using ByValue::ByValue;
+};
+template <>
+struct Arg<double&> : ByAddress<14, double> {
+  using ByAddress::ByAddress;
+};
+template <>
+struct Arg<char&> : ByAddress<19, char> {
+  using ByAddress::ByAddress;
+};
+template <>
+struct Arg<LabelNumbers&> : ByAddress<52, int> {
+  explicit Arg(LabelNumbers& numbers) : ByAddress(numbers[0]) {}
+};
+template <>
+struct Arg<const ValueRecord&> : ByAddress<53, const double> {
+  explicit Arg(const ValueRecord& values) : ByAddress(values[0]) {}
+};
+
+template <>
+struct Arg<LongText> {
+  static constexpr int code = 9;
+  using c_type = const char*;
+  explicit Arg(LongText source) { ToLongText(Trimmed(source.text), buffer); }
+  [[nodiscard]] const char* get() const { return buffer; }
+  char buffer[kLongTextBuffer];
+};
+template <>
+struct Arg<std::string_view> {
+  static constexpr int code = 11;
+  using c_type = const char*;
+  explicit Arg(std::string_view text) { ToShortString(Trimmed(text), buffer); }
+  [[nodiscard]] const char* get() const { return buffer; }
+  char buffer[kShortStringBuffer];
+};
+template <int signature_code>
+struct Arg<TextField<signature_code>> {
+  static constexpr int code = signature_code;
+  using c_type = char*;
+  explicit Arg(TextField<signature_code> target) : field(target.field) { buffer[0] = '\0'; }
+  Arg(const Arg&) = delete;
+  Arg& operator=(const Arg&) = delete;
+  // Runs when the call's full expression ends, so the library has filled the buffer by then.
+  ~Arg() { PadCopy(FromShortString(buffer), field); }
+  char* get() { return buffer; }
+  std::span<char> field;
+  char buffer[kShortStringBuffer];
+};
+template <>
+struct Arg<IndexTuple> {
+  static constexpr int code = 55;
+  using c_type = const char*;
+  // Only what the dimension asks for is touched: 5 KB cleared per record would cost more than the
+  // rest.
+  explicit Arg(const IndexTuple& tuple) {
+    buffer[0] = '\0';
+    const int count = std::min(tuple.dimension, static_cast<int>(tuple.keys.size()));
+    char* slot = buffer;
+    for (int k = 0; k < count; ++k, slot += kShortStringBuffer) {
+      const KeySlot& key = tuple.keys[static_cast<std::size_t>(k)];
+      ToShortString(tuple.trim ? Trimmed(key) : std::string_view(key.data(), key.size()), slot);
+    }
+  }
+  [[nodiscard]] const char* get() const { return buffer; }
+  char buffer[kShortStringBuffer * std::tuple_size_v<KeyTuple>];
+};
+
+template <int signature_code, class T>
+struct PlainResult {
+  static constexpr int code = signature_code;
+  using c_type = T;
+};
+template <class R>
+struct Result;
+template <>
+struct Result<void> : PlainResult<0, void> {};
+template <>
+struct Result<Handle> : PlainResult<1, Handle> {};
+template <>
+struct Result<int> : PlainResult<3, int> {};
+template <>
+struct Result<ShortResult> : PlainResult<12, void> {};
+template <>
+struct Result<double> : PlainResult<13, double> {};
+template <>
+struct Result<bool> : PlainResult<15, int> {};
+
+// Check list, slot type and call of a function with the C++ type `Signature`.
+template <class Signature>
+struct Abi;
+
+template <class R, class... A>
+struct Abi<R(A...)> {
+  // The result's code, then one code per argument.
+  static constexpr std::array<int, sizeof...(A) + 1> codes{Result<R>::code, Arg<A>::code...};
+  using c_function = typename Result<R>::c_type (*)(Handle, typename Arg<A>::c_type...);
+
+  static R Call(c_function function, Handle object, A... args) {
+    return static_cast<R>(function(object, Arg<A>(args).get()...));
+  }
+  // What a function that isn't there gives: texts come back blank, the result is 0.
+  static R CallMissing(A... args) {
+    (static_cast<void>(Arg<A>(args)), ...);
+    return R();
+  }
+};
+
+template <class... A>
+struct Abi<ShortResult(A...)> {
+  static constexpr std::array<int, sizeof...(A) + 1> codes{Result<ShortResult>::code,
+                                                           Arg<A>::code...};
+  using c_function = void (*)(Handle, typename Arg<A>::c_type..., char*);
+
+  static ShortResult Call(c_function function, Handle object, A... args) {
+    ShortResult result;
+    function(object, Arg<A>(args).get()..., Arg<ShortOut>(result).get());
+    return result;
+  }
+  static ShortResult CallMissing(A... args) {
+    (static_cast<void>(Arg<A>(args)), ...);
+    ShortResult result;
+    result.fill(' ');
+    return result;
+  }
+};
+
+}  // namespace linfit

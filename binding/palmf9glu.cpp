@@ -1,0 +1,25 @@
+#include "binding/palmf9glu.h"
+
+namespace linfit {
+
+namespace {
+
+constexpr int kInterfaceVersion = 1;
+
+constexpr LibraryNames kNames{
+    .base_name = "kervdclib",
+    .glue_source = "palmf9glu",
+    .create_entry = "palXCreate",
+    .create_with_directory_entry = nullptr,
+    .free_entry = "palXFree",
+    .check_entry = "CpalXCheck",
+    .version_entry = "CpalXAPIVersion",
+    .set_load_path_entry = nullptr,
+    .get_load_path_entry = nullptr,
+};
+
+}  // namespace
+
+Pal::Pal() : Library(kNames, kInterfaceVersion) {}
+
+}  // namespace linfit

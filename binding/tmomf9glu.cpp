@@ -1,0 +1,25 @@
+#include "binding/tmomf9glu.h"
+
+namespace linfit {
+
+namespace {
+
+constexpr int kInterfaceVersion = 16;
+
+constexpr LibraryNames kNames{
+    .base_name = "kervdclib",
+    .glue_source = "tmomf9glu",
+    .create_entry = "tmoXCreate",
+    .create_with_directory_entry = "tmoXCreateD",
+    .free_entry = "tmoXFree",
+    .check_entry = "CtmoXCheck",
+    .version_entry = "CtmoXAPIVersion",
+    .set_load_path_entry = nullptr,
+    .get_load_path_entry = nullptr,
+};
+
+}  // namespace
+
+Tmo::Tmo() : Library(kNames, kInterfaceVersion) {}
+
+}  // namespace linfit
