@@ -125,7 +125,7 @@ def make_table(build, name, directory):
         return str(HERE / "longley.csv")
     n, p = SIZES[name]
     table = str(pathlib.Path(directory) / f"{name}.csv")
-    subprocess.run([str(build / "bin" / "make_table"), str(n), str(p), table], check=True)
+    subprocess.run([str(build / "bench" / "make_table"), str(n), str(p), table], check=True)
     return table
 
 
@@ -147,13 +147,42 @@ def run_size(build, name, found, repeat, directory):
             if program == OURS:
                 for step, value in read_steps(output + ".timing"):
                     steps.setdefault(step, []).append(value)
-        text = subprocess.run([str(build / "bin" / "bare_solve"), str(n), str(p)], check=True,
-                              capture_output=True, text=True).stdout
-        bare.append(sum(float(word) for word in text.split()))
+        bare.append(bare_seconds(build, n, p))
     if name != "longley":
         os.remove(table)
     return {"times": {k: statistics.median(v) for k, v in times.items()}, "memory": memory,
             "bare": statistics.median(bare), "steps": {k: statistics.median(v) for k, v in steps.items()}}
+
+
+def bare_seconds(build, n, p):
+    text = subprocess.run([str(build / "bench" / "bare_solve"), str(n), str(p)], check=True, capture_output=True,
+                          text=True).stdout
+    return sum(float(word) for word in text.split())
+
+
+def solver_alone(build, directory, n, p, repeat):
+    """Median seconds, peak MB and bare seconds of `linfit` itself on a prepared control file."""
+    scratch = tempfile.mkdtemp(dir=directory)
+    subprocess.run([str(build / "bench" / "make_instance"), str(n), str(p), scratch, str(build / "bin") + "/"],
+                   check=True)
+    seconds, bare, peak = [], [], 0.0
+    for _ in range(repeat):
+        taken, memory, _ = measure([str(build / "bin" / "linfit"), scratch + "/control.txt"], scratch, {})
+        seconds.append(taken)
+        peak = max(peak, memory)
+        bare.append(bare_seconds(build, n, p))
+    shutil.rmtree(scratch)
+    return statistics.median(seconds), peak, statistics.median(bare)
+
+
+def solver_table(build, directory):
+    lines = ["The solver alone: `linfit` on a prepared instance, results file included.", "",
+             "| size | seconds | bare solve | ratio | peak MB | design matrix MB |",
+             "| --- | ---: | ---: | ---: | ---: | ---: |"]
+    for name, n, p, repeat in [("16x7", 16, 7, 21), ("1e6x25", 1_000_000, 25, 3), ("2e6x25", 2_000_000, 25, 1)]:
+        seconds, peak, bare = solver_alone(build, directory, n, p, repeat)
+        lines.append(f"| {name} | {seconds:.4f} | {bare:.4f} | {seconds / bare:.1f} | {peak:.0f} | {n * p * 8e-6:.1f} |")
+    return lines
 
 
 def read_steps(file):
@@ -231,11 +260,12 @@ def main():
         for name in arguments.sizes.split(","):
             results[name] = run_size(build, name, found, arguments.repeat, directory)
             print(f"{name}: " + ", ".join(f"{k} {v:.3f} s" for k, v in results[name]["times"].items()), flush=True)
+        alone = solver_table(build, directory)
     finally:
         shutil.rmtree(directory, ignore_errors=True)
     text = ["# Bench results", "",
             f"{datetime.date.today().isoformat()}, {machine()}. Made by `make bench`.", "", *versions(found), "",
-            *overview(results), "", *step_table(results), ""]
+            *overview(results), "", *step_table(results), "", *alone, ""]
     print("\n".join(text))
     if arguments.results:
         arguments.results.write_text("\n".join(text), encoding="utf-8")
