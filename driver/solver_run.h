@@ -24,9 +24,14 @@ struct SolverOptions {
   std::int32_t maxp = 25;        // largest accepted number of coefficients, an intercept included
 };
 
+// What the model object uses for infinite bounds. Both are positive on purpose: a bound is infinite
+// only when it is exactly one of these two values.
+inline constexpr double kPlusInfinity = 3.0e300;
+inline constexpr double kMinusInfinity = 4.0e300;
+
 struct SolverRun {
-  std::string
-      ControlFilePath;  // command-line argument 1, at most 300 characters, without trailing blanks
+  // Command-line argument 1, at most 300 characters, without trailing blanks.
+  std::string ControlFilePath;
 
   // One binding per library, then the objects made from them. The dictionary is the model object's.
   Pal pal;

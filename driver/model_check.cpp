@@ -1,0 +1,144 @@
+#include "driver/model_check.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+
+#include "driver/debug_dump.h"
+#include "driver/naming.h"
+#include "driver/output.h"
+
+namespace linfit {
+namespace {
+
+constexpr int kEqualityType = 0;
+constexpr int kAutomatic = 2;
+
+std::size_t Count(std::int32_t count) {
+  return static_cast<std::size_t>(std::max(count, 0));
+}
+
+void CheckSize(SolverRun& run) {
+  RegressionData& data = run.data;
+  data.n = run.row_count - 1;
+  data.p = data.AddConstantTerm > 0 ? run.column_count : run.column_count - 1;
+  if (data.n > run.options.maxn) FatalStop(run, "maxn limit exceeded");
+  if (data.p > run.options.maxp) FatalStop(run, "maxp limit exceeded");
+}
+
+void Allocate(RegressionData& data) {
+  data.DesignMatrix.assign(Count(data.n) * Count(data.p), 0.0);
+  data.ResponseVector.assign(Count(data.n), 0.0);
+  data.CoefficientNames.records.reserve(Count(data.p));
+  data.ObservationNames.records.reserve(Count(data.n));
+  data.ObservationNames.labels.reserve(Count(data.n));
+}
+
+// The model holds y - A b = 0 with y moved to the right-hand side: both signs are turned back.
+void ReadRows(SolverRun& run) {
+  RegressionData& data = run.data;
+  std::size_t k = 0;
+  for (int row = 1; row <= run.row_count && k < data.ResponseVector.size(); ++row) {
+    if (row == run.objective_row) continue;
+    data.ResponseVector[k] = -run.tmo.tmoGetRhsOne(run.model, row);
+    if (run.tmo.tmoGetEquTypeOne(run.model, row) != kEqualityType) {
+      FatalStop(run, "Only equality constraints are allowed");
+    }
+    AppendRowName(run, row - 1, data.ObservationNames);
+    ++k;
+  }
+}
+
+int EntryCount(SolverRun& run, int column) {
+  int entries = 0;
+  int positive = 0;
+  int negative = 0;
+  int nonlinear = 0;
+  run.last_return_code =
+      run.tmo.tmoGetColStat(run.model, column, entries, positive, negative, nonlinear);
+  return entries;
+}
+
+void ReadEntries(SolverRun& run, int column, double* target) {
+  const int entries = EntryCount(run, column);
+  Handle cursor = nullptr;
+  for (int e = 0; e < entries; ++e) {
+    double value = 0.0;
+    int row = 0;
+    int nonlinear = 0;
+    run.tmo.tmoGetColJacInfoOne(run.model, column, cursor, value, row, nonlinear);
+    const int observation = row > run.objective_row ? row - 1 : row;
+    // An entry in the objective row has no place of its own; as the last row it has none at all.
+    if (observation >= 1 && observation <= run.data.n) target[observation - 1] = -value;
+  }
+}
+
+void ReadColumns(SolverRun& run) {
+  RegressionData& data = run.data;
+  const std::size_t n = Count(data.n);
+  const std::size_t variables = Count(run.column_count - 1);
+  std::size_t c = 0;
+  for (int column = 1; column <= run.column_count; ++column) {
+    if (column == run.objective_variable) {
+      if (EntryCount(run, column) != 1) {
+        FatalStop(run, "Objective variable must occur only in free objective row");
+      }
+      continue;
+    }
+    if (c == variables) break;
+    if (run.tmo.tmoGetVarLowerOne(run.model, column) != kMinusInfinity ||
+        run.tmo.tmoGetVarUpperOne(run.model, column) != kPlusInfinity) {
+      FatalStop(run, "Only free variables are allowed.");
+    }
+    ReadEntries(run, column, data.DesignMatrix.data() + c * n);
+    AppendColumnName(run, column - 1, data.CoefficientNames);
+    ++c;
+  }
+}
+
+bool HoldsConstantColumn(const RegressionData& data) {
+  const std::size_t n = Count(data.n);
+  for (std::size_t c = 0; c + 1 < Count(data.p); ++c) {
+    const double* const column = data.DesignMatrix.data() + c * n;
+    if (std::all_of(column, column + n, [](double a) { return std::abs(a - 1.0) <= 1e-10; })) {
+      return true;
+    }
+  }
+  return false;
+}
+
+}  // namespace
+
+void FindOrAddIntercept(RegressionData& data) {
+  data.has_intercept = HoldsConstantColumn(data);
+  const std::size_t n = Count(data.n);
+  if (data.AddConstantTerm == kAutomatic) {
+    if (data.has_intercept) {
+      --data.p;
+      data.DesignMatrix.resize(n * Count(data.p));
+    } else {
+      data.AddConstantTerm = 1;
+    }
+  }
+  if (data.p < 1) return;
+  if (data.AddConstantTerm == 1) {
+    std::fill_n(data.DesignMatrix.begin() + static_cast<std::ptrdiff_t>(n * Count(data.p - 1)), n,
+                1.0);
+    AppendIntercept(data.CoefficientNames);
+    data.has_intercept = true;
+  } else if (data.AddConstantTerm > kAutomatic) {
+    AppendBlank(data.CoefficientNames);
+  }
+}
+
+void CheckAndExtract(SolverRun& run) {
+  CheckSize(run);
+  Allocate(run.data);
+  ReadRows(run);
+  ReadColumns(run);
+  FindOrAddIntercept(run.data);
+  run.result.estimate.assign(Count(run.data.p), 0.0);
+  if (run.options.debug_level > 0) WriteDebugDump(run);
+}
+
+}  // namespace linfit
