@@ -12,8 +12,7 @@ namespace {
 
 constexpr float kOneOverSqrtTwoPi = 0.398942280401433f;
 
-// 1 / Gamma(1 + s) for s = a + b - 1 if the sum is above 1 (then divided by the sum), else for the
-// sum itself.
+// 1 / Gamma(1 + a + b), by way of a + b - 1 when the sum is above 1.
 float ReciprocalGammaOfSum(float a, float b) {
   const float s = a + b;
   if (s > 1.0f) {

@@ -10,13 +10,13 @@ float BetaPower(float a, float b, float x, float y);
 // exp(mu) times that (BRCMP1).
 float ScaledBetaPower(int mu, float a, float b, float x, float y);
 
-// log of Gamma(1 + low) and the product that brings `high` down to between 1 and 2, for low < 1 and
-// 1 < high < 8; `high` keeps the reduced value.
+// For low < 1 and 1 < high < 8: log Gamma(1 + low) plus the log of the product of high / (low +
+// high) over the steps of 1 that bring `high` down to between 1 and 2; `high` keeps the reduced
+// value.
 float LogReduction(float low, float& high);
-// Takes the last 1 from `high`, after LogReduction; returns 1 / Gamma(low + high) in terms of the
-// new value, less the factor that the formulas put elsewhere.
+// The step after LogReduction: takes 1 from `high` once more and returns 1 / Gamma(1 + low + high).
 float ReducedSumFactor(float low, float& high);
-// Gamma(a + b) / (Gamma(a + 1) Gamma(b + 1)) times a + b, for a, b <= 1.
+// Gamma(1 + a + b) / (Gamma(1 + a) Gamma(1 + b)), for a, b <= 1.
 float SmallParameterFactor(float a, float b);
 
 }  // namespace linfit::single
