@@ -1,0 +1,226 @@
+#include "host/tdxdclib/tdx_writer.h"
+
+#include <algorithm>
+#include <exception>
+#include <system_error>
+#include <utility>
+
+#include "host/common/text_file.h"
+#include "host/tdxdclib/short_string.h"
+#include "host/tdxdclib/tdx_version.h"
+#include "host/tdxdclib/temporary_file.h"
+
+namespace host {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::size_t kMaxKeptErrors = 100;  // further ones are only counted
+constexpr int kParameterType = 1;
+
+std::string Quoted(std::string_view text) {
+  std::string quoted(1, '"');
+  quoted += text;
+  return quoted += '"';
+}
+
+char Lower(char c) {
+  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+// Names that differ in the case of their letters only are one name to SQL.
+bool SameName(std::string_view a, std::string_view b) {
+  return std::ranges::equal(a, b, {}, Lower, Lower);
+}
+
+bool HoldsZeroByte(std::string_view text) {
+  return text.find('\0') != std::string_view::npos;
+}
+
+// Where the file itself stands when `target` is a link to it. Throws when there is something else
+// than a file under the name.
+fs::path ResolvedTarget(const fs::path& target) {
+  fs::path resolved = target;
+  if (fs::is_symlink(target) && fs::exists(target)) resolved = fs::canonical(target);
+  if (fs::exists(resolved) && !fs::is_regular_file(resolved)) {
+    throw FileError("it is not a regular file");
+  }
+  return resolved;
+}
+
+}  // namespace
+
+bool TdxWriter::Fail(std::string text) {
+  ++error_count_;
+  if (errors_.size() == kMaxKeptErrors) errors_.pop_back();
+  errors_.push_back(std::move(text));
+  return false;
+}
+
+bool TdxWriter::FailFile(const std::string& what) {
+  broken_ = true;
+  std::string text = what;
+  // SQLite's texts start with the name of the file it has open.
+  const std::string name = Utf8(temporary_) + ": ";
+  if (text.starts_with(name)) text.erase(0, name.size());
+  return Fail("cannot write " + Utf8(target_) + ": " + text);
+}
+
+// Does something with the file; a failure is counted, and nothing is done with the file any more.
+template <class Step>
+bool TdxWriter::OnFile(const Step& step) {
+  if (broken_) return false;
+  try {
+    step();
+    return true;
+  } catch (const std::exception& error) {
+    return FailFile(error.what());
+  }
+}
+
+bool TdxWriter::Open(std::string_view file_name, std::string_view producer) {
+  if (database_ != nullptr) return Fail("a file is open already: " + Utf8(target_));
+  Abandon();
+  errors_.clear();
+  error_count_ = 0;
+  if (file_name.empty()) return Fail("the file name is empty");
+  if (HoldsZeroByte(file_name)) return Fail("the file name holds a zero byte");
+  return OnFile([&] {
+    target_ = FromUtf8(file_name);
+    target_ = ResolvedTarget(target_);
+    temporary_ = MakeTemporaryName(target_);
+    database_ = std::make_unique<TdxDatabase>(temporary_, std::string(producer),
+                                              std::string(kTdxLibraryVersion));
+  });
+}
+
+// Empty when the symbol can be written.
+std::string TdxWriter::SymbolFault(const TdxSymbol& symbol) const {
+  const std::string name = "symbol " + Quoted(symbol.name) + ": ";
+  if (symbol.name.empty()) return "a symbol without a name";
+  if (symbol.name.size() > kMaxTdxNameLength) return name + "the name is longer than 63 bytes";
+  if (HoldsZeroByte(symbol.name)) return name + "the name holds a zero byte";
+  if (symbol.dimension < 0 || symbol.dimension > kMaxTdxDimension) {
+    return name + "dimension " + std::to_string(symbol.dimension) + " is not between 0 and 20";
+  }
+  if (symbol.type != kParameterType) {
+    return name + "type " + std::to_string(symbol.type) + " is not supported, only 1 (parameter)";
+  }
+  const bool twice = std::ranges::any_of(
+      symbols_, [&](const TdxSymbol& earlier) { return SameName(earlier.name, symbol.name); });
+  return twice ? name + "the file has a symbol of this name already" : "";
+}
+
+bool TdxWriter::StartSymbol(TdxSymbol symbol) {
+  if (broken_) return false;
+  if (database_ == nullptr) return Fail("no file is open: symbol " + Quoted(symbol.name));
+  if (symbol_state_ != SymbolState::kNone) {
+    return Fail("symbol " + Quoted(symbol.name) + ": the symbol before it is not done");
+  }
+  if (std::string fault = SymbolFault(symbol); !fault.empty()) {
+    symbol_state_ = SymbolState::kRefused;
+    return Fail(std::move(fault));
+  }
+  keys_.Reset(symbol.dimension);
+  key_.assign(static_cast<std::size_t>(symbol.dimension), LabelTable::kNone);
+  symbol_state_ = SymbolState::kWriting;
+  symbols_.push_back(std::move(symbol));
+  return OnFile([&] { database_->StartSymbol(symbols_.size(), symbols_.back().dimension); });
+}
+
+// Fills key_ with the numbers of the record's labels.
+bool TdxWriter::NumberLabels(const char* keys) {
+  for (std::size_t k = 0; k < key_.size(); ++k) {
+    const std::string_view label = ShortStringText(keys + k * kShortStringBuffer);
+    if (label.size() > kMaxTdxNameLength) {
+      return Fail("symbol " + Quoted(symbols_.back().name) +
+                  ": a label is longer than 63 bytes: " + Quoted(label));
+    }
+    if (HoldsZeroByte(label)) {
+      return Fail("symbol " + Quoted(symbols_.back().name) + ": a label holds a zero byte");
+    }
+    key_[k] = labels_.Number(label, key_[k]);
+  }
+  return true;
+}
+
+std::string TdxWriter::KeyText() const {
+  std::string text;
+  for (const std::int32_t number : key_) {
+    text += text.empty() ? "(" : ",";
+    text += Quoted(labels_.Text(number));
+  }
+  return text + ")";
+}
+
+bool TdxWriter::WriteRecord(const char* keys, double value) {
+  if (broken_ || symbol_state_ == SymbolState::kRefused) return false;
+  if (symbol_state_ == SymbolState::kNone) return Fail("a record without a symbol");
+  try {
+    if (!NumberLabels(keys)) return false;
+    if (!keys_.Add(key_)) {
+      const std::string name = "symbol " + Quoted(symbols_.back().name);
+      return Fail(key_.empty() ? name + ": a second value of a scalar"
+                               : name + ": duplicate key " + KeyText());
+    }
+    database_->AddRecord(key_, value);
+    ++symbols_.back().record_count;
+    return true;
+  } catch (const std::exception& error) {
+    return FailFile(error.what());
+  }
+}
+
+bool TdxWriter::EndSymbol() {
+  if (broken_) return false;
+  if (symbol_state_ == SymbolState::kNone) return Fail("the end of a symbol that was not begun");
+  const bool written = symbol_state_ == SymbolState::kWriting;
+  symbol_state_ = SymbolState::kNone;
+  return written && OnFile([&] { database_->EndSymbol(); });
+}
+
+bool TdxWriter::PutInPlace() {
+  if (error_count_ > 0) return false;
+  if (symbol_state_ != SymbolState::kNone) {
+    return Fail("symbol " + Quoted(symbols_.back().name) + " is not done");
+  }
+  return OnFile([&] { database_->Finish(symbols_, labels_); }) &&
+         OnFile([&] { ReplaceFile(temporary_, target_); });
+}
+
+bool TdxWriter::Close() {
+  if (database_ == nullptr) return error_count_ > 0 ? false : Fail("no file is open");
+  const bool done = PutInPlace();
+  Abandon();
+  return done;
+}
+
+void TdxWriter::Abandon() {
+  database_.reset();
+  if (!temporary_.empty()) {
+    std::error_code ignored;  // after Close there is nothing to remove
+    fs::remove(temporary_, ignored);
+  }
+  temporary_.clear();
+  broken_ = false;
+  labels_ = LabelTable();
+  keys_.Reset(0);
+  symbols_.clear();
+  symbol_state_ = SymbolState::kNone;
+  key_.clear();
+}
+
+int TdxWriter::CurrentDimension() const {
+  return static_cast<int>(key_.size());
+}
+
+std::string TdxWriter::ErrorText(int number) const {
+  if (number == 0) return "no error";
+  if (number < 0 || number > LastError()) {
+    return "there is no error " + std::to_string(number);
+  }
+  return errors_[static_cast<std::size_t>(number) - 1];
+}
+
+}  // namespace host

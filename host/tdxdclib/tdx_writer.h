@@ -1,0 +1,77 @@
+// One results-file object: a TDX file that is being written, and the errors on the way.
+//
+// States: idle, open, symbol in progress, and back. The records go to a temporary file, which takes
+// the target's name at Close; an object that ends without Close removes it. A call in the wrong
+// state, a refused symbol or record, and a failure of the file are errors; each has a number and a
+// text. After a failure of the file, and while a symbol is refused, further calls fail without an
+// error of their own, so that the last error stays the cause.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/tdxdclib/key_set.h"
+#include "host/tdxdclib/label_table.h"
+#include "host/tdxdclib/tdx_database.h"
+
+namespace host {
+
+inline constexpr std::size_t kMaxTdxNameLength = 63;  // of a symbol's name or a label, in bytes
+inline constexpr int kMaxTdxDimension = 20;
+
+class TdxWriter {
+ public:
+  TdxWriter() = default;
+  TdxWriter(const TdxWriter&) = delete;
+  TdxWriter& operator=(const TdxWriter&) = delete;
+  ~TdxWriter() { Abandon(); }
+
+  // Each is true on success; false counts an error or follows one. Open forgets the errors of an
+  // earlier file.
+  bool Open(std::string_view file_name, std::string_view producer);
+  bool StartSymbol(TdxSymbol symbol);
+  // `keys`: as many short strings as the symbol has dimensions, 256 bytes each.
+  bool WriteRecord(const char* keys, double value);
+  bool EndSymbol();
+  // A file with errors isn't put in place.
+  bool Close();
+  // Ends without a file; the one that has the name stays as it is.
+  void Abandon();
+
+  // Of the symbol in progress; 0 without one.
+  [[nodiscard]] int CurrentDimension() const;
+  [[nodiscard]] int ErrorCount() const { return error_count_; }
+  // 0 without an error.
+  [[nodiscard]] int LastError() const { return static_cast<int>(errors_.size()); }
+  [[nodiscard]] std::string ErrorText(int number) const;
+
+ private:
+  enum class SymbolState { kNone, kWriting, kRefused };
+
+  bool Fail(std::string text);
+  bool FailFile(const std::string& what);
+  template <class Step>
+  bool OnFile(const Step& step);
+  [[nodiscard]] std::string SymbolFault(const TdxSymbol& symbol) const;
+  bool NumberLabels(const char* keys);
+  [[nodiscard]] std::string KeyText() const;
+  bool PutInPlace();
+
+  std::filesystem::path target_;
+  std::filesystem::path temporary_;
+  std::unique_ptr<TdxDatabase> database_;
+  bool broken_ = false;  // the file failed
+  LabelTable labels_;
+  KeySet keys_;
+  std::vector<TdxSymbol> symbols_;
+  SymbolState symbol_state_ = SymbolState::kNone;
+  std::vector<std::int32_t> key_;  // of the last record; serves as a hint for the next one's labels
+  int error_count_ = 0;
+  std::vector<std::string> errors_;
+};
+
+}  // namespace host

@@ -1,0 +1,29 @@
+#include <windows.h>
+
+#include <system_error>
+
+#include "host/tdxdclib/temporary_file.h"
+
+namespace host {
+
+int CurrentProcessNumber() {
+  return static_cast<int>(GetCurrentProcessId());
+}
+
+bool ProcessExists(int number) {
+  const HANDLE process = OpenProcess(SYNCHRONIZE, FALSE, static_cast<DWORD>(number));
+  if (process == nullptr) return GetLastError() != ERROR_INVALID_PARAMETER;
+  const bool runs = WaitForSingleObject(process, 0) == WAIT_TIMEOUT;
+  CloseHandle(process);
+  return runs;
+}
+
+void ReplaceFile(const std::filesystem::path& from, const std::filesystem::path& to) {
+  if (MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING) == 0) {
+    throw std::filesystem::filesystem_error(
+        "cannot rename", from, to,
+        std::error_code(static_cast<int>(GetLastError()), std::system_category()));
+  }
+}
+
+}  // namespace host
