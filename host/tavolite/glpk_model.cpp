@@ -5,6 +5,7 @@
 #include <string>
 #include <utility>
 
+#include "host/common/text_file.h"
 #include "host/tavolite/input_error.h"
 #include "host/tavolite/names.h"
 
@@ -229,7 +230,7 @@ void WarnOfNegativeConstant(const Model& model, const ModelSource& source, DataS
     const bool left = side == DataSide::kLeft;
     notes.warnings.push_back("the column of " +
                              DisplayName(model.dictionary, model.column_names, j) +
-                             " is -1 in every observation: if " + source.model.filename().string() +
+                             " is -1 in every observation: if " + Utf8(source.model.filename()) +
                              " has its data on the " + (left ? "right" : "left") +
                              "-hand side, use --data-side " + (left ? "right" : "left"));
     return;
@@ -254,14 +255,14 @@ Model ReadGlpkModel(const ModelSource& source, ReaderNotes& notes) {
     const Objective objective =
         is_mathprog ? FindMathProgObjective(problem.get()) : RestoreObjective(problem.get(), notes);
     const RowNumbers numbers(problem.get(), objective);
-    model.name = source.model.stem().string();
+    model.name = Utf8(source.model.stem());
     model.objective_row = numbers.Objective();
     model.objective_column = objective.column - 1;
     DictionaryBuilder dictionary(model.dictionary);
     AddRows(problem.get(), numbers, sign, objective, style, dictionary, model);
     AddColumns(problem.get(), numbers, sign, objective, style, dictionary, model);
   } catch (const InputError& error) {
-    throw InputError(source.model.string() + ": " + error.what());
+    throw InputError(Utf8(source.model) + ": " + error.what());
   }
   if (!source.data_side) WarnOfNegativeConstant(model, source, side, notes);
   return model;

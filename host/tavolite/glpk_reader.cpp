@@ -4,6 +4,7 @@
 #include <iterator>
 #include <unordered_set>
 
+#include "host/common/text_file.h"
 #include "host/tavolite/input_error.h"
 #include "host/tavolite/mathprog_text.h"
 
@@ -14,18 +15,13 @@ namespace fs = std::filesystem;
 
 constexpr const char* kMarker = "tavolite: variables in use";
 
-std::string Shown(const fs::path& path) {
-  const std::u8string text = path.u8string();
-  return {text.begin(), text.end()};
-}
-
 std::string ReadWholeFile(const fs::path& file) {
   std::error_code error;
-  if (fs::is_directory(file, error)) throw InputError(Shown(file) + ": is a directory");
+  if (fs::is_directory(file, error)) throw InputError(Utf8(file) + ": is a directory");
   std::ifstream in(file, std::ios::binary);
-  if (!in) throw InputError(Shown(file) + ": can't be opened");
+  if (!in) throw InputError(Utf8(file) + ": can't be opened");
   std::string text{std::istreambuf_iterator<char>(in), {}};
-  if (in.bad()) throw InputError(Shown(file) + ": can't be read");
+  if (in.bad()) throw InputError(Utf8(file) + ": can't be read");
   return text;
 }
 
@@ -123,7 +119,7 @@ fs::path DataBeside(const fs::path& model, ReaderNotes& notes) {
   beside.replace_extension(".dat");
   std::error_code error;
   if (beside == model || !fs::is_regular_file(beside, error)) return {};
-  notes.notes.push_back("data from " + Shown(beside));
+  notes.notes.push_back("data from " + Utf8(beside));
   return beside;
 }
 
@@ -159,7 +155,7 @@ GlpkProblem ReadMathProg(GlpkSession& session, const fs::path& model, const fs::
     const fs::path absolute_scratch = fs::absolute(scratch);
     const CurrentDirectory directory(fs::absolute(model).parent_path());
     problem = ReadWithDisplay(session, text, scan, files, absolute_scratch, notes);
-    if (!problem) Generate(session, files, Shown(model), Shown(data_file), problem, notes);
+    if (!problem) Generate(session, files, Utf8(model), Utf8(data_file), problem, notes);
   }
   std::error_code ignored;
   fs::remove(output, ignored);
@@ -169,7 +165,7 @@ GlpkProblem ReadMathProg(GlpkSession& session, const fs::path& model, const fs::
 GlpkProblem ReadMpsOrLp(GlpkSession& session, const fs::path& model, ModelFormat format) {
   ReadWholeFile(model).clear();
   const std::string file = model.string();
-  const std::string shown = Shown(model);
+  const std::string shown = Utf8(model);
   const auto read = [&](int mps_form, std::string& failure) {
     GlpkProblem problem(glp_create_prob());
     session.ForgetMessages();

@@ -1,0 +1,33 @@
+// From the model's file name and the command's options to a model.
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include "host/common/model.h"
+#include "host/tavolite/glpk_model.h"
+
+namespace host {
+
+struct FrontEndOptions {
+  std::filesystem::path model;
+  std::string format;  // one of kFormats, empty: by the file's suffix
+  std::filesystem::path data;
+  std::optional<DataSide> data_side;
+  bool split_underscores = false;
+};
+
+struct FrontEndResult {
+  Model model;
+  ReaderNotes notes;
+};
+
+// Names of the model formats, for the command line.
+std::vector<std::string> FormatNames();
+
+// Reads the model; `scratch` is an existing directory for temporary files. Throws InputError when
+// the format can't be told or does not go with an option, or the model can't be read.
+FrontEndResult ReadModel(const FrontEndOptions& options, const std::filesystem::path& scratch);
+
+}  // namespace host

@@ -1,0 +1,36 @@
+// The listing: the status file of the solver, followed by the solution under the model's own names.
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include "host/common/instance.h"
+#include "host/common/model.h"
+
+namespace host {
+
+// What a listing needs of a model when its matrix is no longer there.
+struct ModelNames {
+  std::string model;
+  Dictionary dictionary;
+  ElementNames rows;
+  ElementNames columns;
+};
+
+// Model and solve status in words.
+std::string ModelStatusText(std::int32_t status);
+std::string SolveStatusText(std::int32_t status);
+
+// The solution's objective value, if the solver has stated one.
+std::optional<double> ObjectiveValue(const Solution& solution);
+
+// The shortest digits that read back as the same number; "Infinity", "-Infinity", "NaN".
+std::string NumberText(double value);
+
+// Writes `listing`: the content of `status_file` (nothing when it isn't there), then `solution`
+// when there is one. Throws FileError.
+void WriteListing(const std::filesystem::path& listing, const std::filesystem::path& status_file,
+                  const ModelNames& names, const Solution* solution);
+
+}  // namespace host
