@@ -46,7 +46,7 @@ TEST(LeastSquares, FindsTheCoefficientsThatTheProblemWasMadeFrom) {
       // The second half repeats the first, so that a residual with opposite signs there is
       // orthogonal.
       for (std::size_t i = 0; i < n / 2; ++i) {
-        columns[j][i] = columns[j][i + n / 2] = random() * 0x1p-31 - 1.0;
+        columns[j][i] = columns[j][i + n / 2] = static_cast<double>(random()) * 0x1p-31 - 1.0;
       }
       for (std::size_t i = 0; i < n; ++i) y[i] += columns[j][i] * coefficient(j);
     }
