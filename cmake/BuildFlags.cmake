@@ -8,6 +8,11 @@ target_compile_options(linfit_flags INTERFACE -Wall -Wextra -Wpedantic -Wconvers
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 
+find_program(LINFIT_CCACHE ccache)
+if(LINFIT_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${LINFIT_CCACHE})
+endif()
+
 if(LINFIT_SANITIZE)
   target_compile_options(linfit_flags INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all
                                                 -fno-omit-frame-pointer)
@@ -23,5 +28,12 @@ endif()
 function(linfit_search_own_directory target)
   if(NOT WIN32)
     set_target_properties(${target} PROPERTIES BUILD_RPATH "$ORIGIN" INSTALL_RPATH "$ORIGIN")
+  endif()
+endfunction()
+
+# On Windows, a program's narrow texts (arguments, file names) are UTF-8, by its manifest.
+function(linfit_windows_resources target)
+  if(WIN32)
+    target_sources(${target} PRIVATE ${PROJECT_SOURCE_DIR}/packaging/windows/program.rc)
   endif()
 endfunction()

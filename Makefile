@@ -1,0 +1,92 @@
+# The front door: every target does all that it needs, installing missing packages included.
+# `make help` lists the targets.
+PREFIX ?= /usr/local
+presets := CMakePresets.json
+install_packages := packaging/install-packages
+
+.DEFAULT_GOAL := build
+.PHONY: help demo test build windows test-windows sanitizers bench package try-packages install format \
+        check-format check-tidy clean
+
+help:
+	@echo 'make build         programs, libraries and optlinfit.def in build/release/bin'
+	@echo 'make demo          build, then solve the Longley example and print its report'
+	@echo 'make test          build, then run the tests'
+	@echo 'make windows       the same for Windows x86-64, in build/windows/bin'
+	@echo 'make test-windows  build for Windows, then run the tests under wine'
+	@echo 'make sanitizers    build with the sanitizers, then run the tests'
+	@echo 'make bench         measure the solver against its bare linear algebra'
+	@echo 'make package       a Debian package and a Windows zip in build/packages'
+	@echo 'make try-packages  make both, unpack them in a scratch directory and solve an example'
+	@echo 'make install       install below PREFIX (now $(PREFIX))'
+	@echo 'make format        format the sources; check-format and check-tidy only look'
+	@echo 'make clean         remove build/'
+
+build: build/release/build.ninja
+	@cmake --build --preset release
+
+demo: build
+	@mkdir -p build/demo
+	@cd build/demo && ../release/bin/tavolite solve ../../examples/longley.mod
+
+test: build
+	@ctest --preset release
+
+windows: build/windows/build.ninja
+	@cmake --build --preset windows
+
+# The first program in a new WINEPREFIX would race with the second.
+test-windows: windows build/windows/wine/system.reg
+	@ctest --preset windows
+
+sanitizers: build/sanitizers/build.ninja
+	@cmake --build --preset sanitizers
+	@ctest --preset sanitizers
+
+package: build windows
+	@$(install_packages) package
+	@cpack --preset release
+	@cpack --preset windows
+
+try-packages: package build/windows/wine/system.reg
+	@packaging/try-packages
+
+install: build
+	cmake --install build/release --prefix '$(PREFIX)'
+
+bench: build
+	@bench/run
+
+format:
+	@$(install_packages) checks
+	@git ls-files '*.cpp' '*.h' | xargs clang-format-14 -i
+
+check-format:
+	@$(install_packages) checks
+	@git ls-files '*.cpp' '*.h' | xargs clang-format-14 --dry-run --Werror
+
+check-tidy: build
+	@$(install_packages) checks
+	@packaging/check-tidy
+
+clean:
+	rm -rf build
+
+# A tree is configured once; ninja configures again when its inputs change. The packages are looked at in
+# every run, which takes no time.
+build/release/build.ninja build/sanitizers/build.ninja: $(presets) | build-packages
+	cmake --preset $(notdir $(@D))
+
+build/windows/build.ninja: $(presets) cmake/toolchain-mingw64.cmake | windows-libraries
+	cmake --preset windows
+
+build/windows/wine/system.reg: | windows-packages
+	packaging/wine-run wineboot --init
+
+.PHONY: build-packages windows-packages windows-libraries
+build-packages:
+	@$(install_packages) build
+windows-packages:
+	@$(install_packages) build windows
+windows-libraries: windows-packages
+	@packaging/windows-libraries
