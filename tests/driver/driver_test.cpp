@@ -30,7 +30,7 @@ RegressionData Extracted(int add_constant_term, double first, double second) {
   data.n = 2;
   data.p = add_constant_term > 0 ? 3 : 2;
   data.DesignMatrix = {1.0, first, 1.0, second};
-  data.DesignMatrix.resize(static_cast<std::size_t>(2 * data.p), 0.0);
+  data.DesignMatrix.resize(2 * static_cast<std::size_t>(data.p), 0.0);
   data.AddConstantTerm = add_constant_term;
   AppendName(data.CoefficientNames, 1, "first", nullptr, 0);
   AppendName(data.CoefficientNames, 2, "second", nullptr, 0);
