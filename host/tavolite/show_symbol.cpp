@@ -90,7 +90,8 @@ void PrintSymbolTable(const TdxSymbolInfo& symbol, const TdxRecords& records, bo
   }
   ListTable(records).Print(text);
   if (!whole) {
-    text += "(" + std::to_string(records.values.size()) + " of " + std::to_string(symbol.records) +
+    text += '(';
+    text += std::to_string(records.values.size()) + " of " + std::to_string(symbol.records) +
             " records)\n";
   }
 }

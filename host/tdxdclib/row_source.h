@@ -73,7 +73,7 @@ struct RowSource {
     return SQLITE_OK;
   }
 
-  static sqlite3_module MakeModule() {
+  static sqlite3_module Module() {
     sqlite3_module module{};  // no xCreate: the table is there without being made
     module.xConnect = Connect;
     module.xBestIndex = BestIndex;
@@ -87,13 +87,14 @@ struct RowSource {
     module.xRowid = RowId;
     return module;
   }
-  static inline const sqlite3_module kModule = MakeModule();
 };
 
-// Makes `source` readable as the table `name`. It must outlive the connection.
+// Makes `source` readable as the table `name`. `module` is RowSource<Source>::Module(); both must
+// outlive the connection.
 template <class Source>
-int AddRowSource(sqlite3* connection, const char* name, Source& source) {
-  return sqlite3_create_module(connection, name, &RowSource<Source>::kModule, &source);
+int AddRowSource(sqlite3* connection, const char* name, const sqlite3_module& module,
+                 Source& source) {
+  return sqlite3_create_module(connection, name, &module, &source);
 }
 
 }  // namespace host

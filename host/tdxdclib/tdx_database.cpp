@@ -39,6 +39,9 @@ struct LabelRows {
   }
 };
 
+const sqlite3_module kBatchModule = RowSource<RecordBatch>::Module();
+const sqlite3_module kLabelModule = RowSource<LabelRows>::Module();
+
 std::string DataTable(std::size_t symbol) {
   return "tdx_data_" + std::to_string(symbol);
 }
@@ -118,7 +121,7 @@ TdxDatabase::TdxDatabase(const std::filesystem::path& file, const std::string& p
   database_.Execute(kSettings);
   database_.Execute("PRAGMA application_id = " + std::to_string(kTdxApplicationId) +
                     "; PRAGMA user_version = " + std::to_string(kTdxSchemaVersion));
-  database_.Check(AddRowSource(database_.Connection(), "tdx_batch", batch_));
+  database_.Check(AddRowSource(database_.Connection(), "tdx_batch", kBatchModule, batch_));
   database_.Execute("BEGIN");
   database_.Execute(kTables);
   Statement(database_,
@@ -164,7 +167,7 @@ void TdxDatabase::EndSymbol() {
 
 void TdxDatabase::WriteLabels(const LabelTable& labels) {
   LabelRows rows{&labels};
-  database_.Check(AddRowSource(database_.Connection(), "tdx_label_batch", rows));
+  database_.Check(AddRowSource(database_.Connection(), "tdx_label_batch", kLabelModule, rows));
   // SQLite numbers the rows of an empty table from 1 on; doing so is faster than being told.
   database_.Execute("INSERT INTO tdx_label(label) SELECT label FROM tdx_label_batch");
   database_.Check(
