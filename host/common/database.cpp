@@ -65,9 +65,14 @@ void Database::Check(int result) const {
   throw DatabaseError(name_ + ": " + sqlite3_errmsg(connection_), result);
 }
 
-Statement::Statement(Database& database, std::string_view sql) : database_(&database) {
+Statement::Statement(Database& database, std::string_view sql, std::string_view* rest)
+    : database_(&database) {
+  const char* tail = nullptr;
   database.Check(sqlite3_prepare_v2(database.Connection(), sql.data(), static_cast<int>(sql.size()),
-                                    &statement_, nullptr));
+                                    &statement_, &tail));
+  if (rest != nullptr) {
+    *rest = sql.substr(static_cast<std::size_t>(tail - sql.data()));
+  }
 }
 
 Statement::~Statement() {
@@ -140,7 +145,19 @@ std::span<const std::byte> Statement::Blob(int column) const {
 }
 
 bool Statement::IsNull(int column) const {
-  return sqlite3_column_type(statement_, column) == SQLITE_NULL;
+  return Type(column) == SQLITE_NULL;
+}
+
+int Statement::Type(int column) const {
+  return sqlite3_column_type(statement_, column);
+}
+
+int Statement::Columns() const {
+  return sqlite3_column_count(statement_);
+}
+
+std::string_view Statement::ColumnName(int column) const {
+  return sqlite3_column_name(statement_, column);
 }
 
 }  // namespace host

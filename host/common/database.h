@@ -45,7 +45,8 @@ class Database {
 
 class Statement {
  public:
-  Statement(Database& database, std::string_view sql);
+  // `sql` is one statement. Where `rest` is given, it takes what follows the statement.
+  Statement(Database& database, std::string_view sql, std::string_view* rest = nullptr);
   Statement(const Statement&) = delete;
   Statement& operator=(const Statement&) = delete;
   ~Statement();
@@ -68,6 +69,10 @@ class Statement {
   [[nodiscard]] std::string_view Text(int column) const;
   [[nodiscard]] std::span<const std::byte> Blob(int column) const;
   [[nodiscard]] bool IsNull(int column) const;
+  [[nodiscard]] int Type(int column) const;  // SQLITE_INTEGER, SQLITE_FLOAT, ...
+  // 0 for a statement that gives no rows.
+  [[nodiscard]] int Columns() const;
+  [[nodiscard]] std::string_view ColumnName(int column) const;
 
  private:
   Database* database_;
