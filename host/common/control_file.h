@@ -28,9 +28,9 @@ struct ControlFile {
   std::filesystem::path timing;       // empty: none
 };
 
-// Throws FileError: the file can't be read; a line that is not `key = value`; a key that is unknown,
-// given twice or missing; a value that is empty or too long (option_file 255 bytes, system_directory
-// 240: they reach the solver as short strings); one file in two roles.
+// Throws FileError: the file can't be read; a line that is not `key = value`; a key that is
+// unknown, given twice or missing; a value that is empty or too long (option_file 255 bytes,
+// system_directory 240: they reach the solver as short strings); one file in two roles.
 ControlFile ReadControlFile(const std::filesystem::path& file);
 
 // What ReadControlFile reads back. Throws FileError when the file can't be written or a path holds

@@ -33,7 +33,8 @@ struct SolutionPart {
 struct Solution {
   std::int32_t model_status = 0;
   std::int32_t solve_status = 0;
-  std::map<std::int32_t, double> head_and_tail;  // by code: 3 iterations, 4 seconds, 5 objective, ...
+  std::map<std::int32_t, double>
+      head_and_tail;  // by code: 3 iterations, 4 seconds, 5 objective, ...
   SolutionPart rows;
   SolutionPart columns;
 };

@@ -1,0 +1,94 @@
+// Reading an instance for a solve. Everything but the matrix's values is kept in memory; the values
+// are read column by column, so that the reader never holds the matrix.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/common/database.h"
+#include "host/common/model.h"
+#include "host/common/text_file.h"
+
+namespace host {
+
+// Many short texts in one buffer.
+class TextTable {
+ public:
+  [[nodiscard]] std::size_t size() const { return starts_.size() - 1; }
+  [[nodiscard]] std::string_view operator[](std::size_t i) const {
+    return std::string_view(bytes_).substr(starts_[i], starts_[i + 1] - starts_[i]);
+  }
+  void Append(std::string_view text) {
+    bytes_ += text;
+    starts_.push_back(bytes_.size());
+  }
+
+ private:
+  std::string bytes_;
+  std::vector<std::size_t> starts_{0};
+};
+
+struct ColumnHead {
+  double lower = 0.0;
+  double upper = 0.0;
+  std::int32_t pattern = 0;  // number of its row-number list
+  std::int32_t entries = 0;
+  bool in_objective_row = false;
+};
+
+// All numbers are zero-based.
+struct InstanceData {
+  std::string name;
+  std::int32_t objective_row = 0;
+  std::int32_t objective_column = 0;
+  bool maximize = false;
+  std::vector<RowType> row_types;
+  std::vector<double> rhs;
+  std::vector<ColumnHead> columns;
+  bool has_dictionary = false;
+  TextTable symbols;
+  TextTable labels;
+  ElementNames row_names;
+  ElementNames column_names;
+};
+
+// The entries of one column: values[i] stands in row rows[i].
+struct ColumnEntries {
+  std::shared_ptr<const std::vector<std::int32_t>> rows;
+  std::vector<double> values;
+};
+
+class InstanceReader {
+ public:
+  // Opens the instance and reads all of it once, the matrix included: after this, whatever an
+  // instance states has been checked. Throws FileError that names the file and the fault.
+  explicit InstanceReader(const std::filesystem::path& file);
+
+  [[nodiscard]] const InstanceData& Data() const { return data_; }
+  // Reads a column's entries; the memory of `entries` is used again. Throws FileError when the
+  // file has changed since it was opened.
+  void ReadColumn(std::int32_t column, ColumnEntries& entries);
+
+ private:
+  void ReadHead();
+  void ReadPatterns();
+  void ReadColumns();
+  void ReadDictionary();
+  std::shared_ptr<const std::vector<std::int32_t>> ReadPattern(std::int32_t pattern);
+
+  std::string name_;  // of the file, for messages
+  Database database_;
+  InstanceData data_;
+  std::int64_t column_count_ = 0;
+  std::vector<std::int32_t> pattern_sizes_;
+  std::vector<bool> pattern_in_objective_row_;
+  // The list read last: neighbouring columns mostly share it.
+  std::int32_t last_pattern_ = -1;
+  std::weak_ptr<const std::vector<std::int32_t>> last_rows_;
+};
+
+}  // namespace host
