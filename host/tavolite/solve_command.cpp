@@ -168,11 +168,20 @@ int Finish(Session& session, const ModelNames& names, const ChildProcess::Exit& 
   return kSolved;
 }
 
+std::shared_ptr<Interruptible> MakeInterruptible(const SolveOptions& options) {
+  try {
+    return std::make_shared<Interruptible>(options);
+  } catch (const fs::filesystem_error& error) {
+    throw InputError("no scratch directory can be made in " + Utf8(error.path1().parent_path()) +
+                     ": " + error.code().message());
+  }
+}
+
 int Solve(Session& session) {
   int status = kBadInput;  // of what fails before the solver has run
   try {
     CheckFiles(session);
-    session.running = std::make_shared<Interruptible>(session.options);
+    session.running = MakeInterruptible(session.options);
     OnInterrupt([running = session.running] {
       running->solver.Stop();
       running->scratch.Remove();

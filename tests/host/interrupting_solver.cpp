@@ -1,0 +1,12 @@
+// A solver that behaves as if the user had pressed Ctrl-C (or another program had ended the
+// command) while it was at work: signals its parent, then keeps on working for a minute.
+#include <signal.h>
+#include <unistd.h>
+
+#include <cstdlib>
+
+int main() {
+  const char* number = std::getenv("FAKE_SIGNAL");
+  kill(getppid(), number == nullptr ? SIGINT : std::atoi(number));
+  sleep(60);
+}
