@@ -164,7 +164,7 @@ void Library::Unload() {
   for (FunctionBase* function : functions_) function->slot_ = nullptr;
   create_ = create_with_directory_ = free_ = check_ = version_ = nullptr;
   set_load_path_ = get_load_path_ = nullptr;
-  FreeModule(module_);
+  UnloadModule(module_);
   module_ = nullptr;
   loaded_flag_ = false;
 }

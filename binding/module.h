@@ -20,6 +20,6 @@ ModuleHandle LoadModule(const std::string& file_name);
 std::string ModuleFailure();
 // The address of an exported name, spelled exactly so; null when there is none.
 EntryPoint FindExport(ModuleHandle module, const std::string& name);
-void FreeModule(ModuleHandle module);
+void UnloadModule(ModuleHandle module);
 
 }  // namespace linfit

@@ -29,7 +29,7 @@ EntryPoint FindExport(ModuleHandle module, const std::string& name) {
   return reinterpret_cast<EntryPoint>(dlsym(module, name.c_str()));
 }
 
-void FreeModule(ModuleHandle module) {
+void UnloadModule(ModuleHandle module) {
   dlclose(module);
 }
 

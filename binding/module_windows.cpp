@@ -28,7 +28,7 @@ EntryPoint FindExport(ModuleHandle module, const std::string& name) {
   return reinterpret_cast<EntryPoint>(GetProcAddress(static_cast<HMODULE>(module), name.c_str()));
 }
 
-void FreeModule(ModuleHandle module) {
+void UnloadModule(ModuleHandle module) {
   FreeLibrary(static_cast<HMODULE>(module));
 }
 
