@@ -4,9 +4,11 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "host/common/model.h"
 #include "host/tavolite/glpk_model.h"
+#include "host/tavolite/table_plan.h"
 
 namespace host {
 
@@ -16,11 +18,14 @@ struct FrontEndOptions {
   std::filesystem::path data;
   std::optional<DataSide> data_side;
   bool split_underscores = false;
+  TableOptions table;
+  std::string query;  // that gives the table, for SQLite files
 };
 
 struct FrontEndResult {
   Model model;
   ReaderNotes notes;
+  std::string option_file;  // for tables: an option file of the solver that fits them
 };
 
 // Names of the model formats, for the command line.

@@ -104,29 +104,24 @@ std::string SolveStatusText(std::int32_t status) {
   return status == 1 ? "ended normally" : "code " + std::to_string(status);
 }
 
-std::optional<double> ObjectiveValue(const Solution& solution) {
+std::string ObjectiveText(const Solution& solution) {
   const auto found = solution.head_and_tail.find(kObjectiveCode);
-  if (found == solution.head_and_tail.end()) return std::nullopt;
-  return found->second;
-}
-
-std::string NumberText(double value) {
+  if (found == solution.head_and_tail.end()) return {};
   std::array<char, 32> buffer;
-  return std::string(Format(value, buffer));
+  return std::string(Format(found->second, buffer));
 }
 
 void WriteListing(const std::filesystem::path& listing, const std::filesystem::path& status_file,
                   const ModelNames& names, const Solution* solution) {
   Output output(listing);
   CopyStatusFile(status_file, output);
+  for (const std::string& note : names.notes) output.Text() += "\nNote: " + note + "\n";
   if (solution != nullptr) {
     std::string& text = output.Text();
     text += "\nSolution of " + names.model + "\n\n";
     text += "Model status: " + ModelStatusText(solution->model_status) + "\n";
     text += "Solve status: " + SolveStatusText(solution->solve_status) + "\n";
-    if (const auto objective = ObjectiveValue(*solution)) {
-      text += "Objective:    " + NumberText(*objective) + "\n";
-    }
+    text += "Objective:    " + ObjectiveText(*solution) + "\n";
     WriteElements("Equations", names.dictionary, names.rows, solution->rows, output);
     WriteElements("Variables", names.dictionary, names.columns, solution->columns, output);
   }

@@ -2,8 +2,8 @@
 #pragma once
 
 #include <filesystem>
-#include <optional>
 #include <string>
+#include <vector>
 
 #include "host/common/instance.h"
 #include "host/common/model.h"
@@ -16,20 +16,20 @@ struct ModelNames {
   Dictionary dictionary;
   ElementNames rows;
   ElementNames columns;
+  std::vector<std::string> notes;  // what the front end has assumed
 };
 
 // Model and solve status in words.
 std::string ModelStatusText(std::int32_t status);
 std::string SolveStatusText(std::int32_t status);
 
-// The solution's objective value, if the solver has stated one.
-std::optional<double> ObjectiveValue(const Solution& solution);
+// The solution's objective value in the shortest digits that read back as the same number
+// ("Infinity",
+// "-Infinity", "NaN" where it is none); empty when the solver has stated none.
+std::string ObjectiveText(const Solution& solution);
 
-// The shortest digits that read back as the same number; "Infinity", "-Infinity", "NaN".
-std::string NumberText(double value);
-
-// Writes `listing`: the content of `status_file` (nothing when it isn't there), then `solution`
-// when there is one. Throws FileError.
+// Writes `listing`: the content of `status_file` (nothing when it isn't there), then the notes,
+// then `solution` when there is one. Throws FileError.
 void WriteListing(const std::filesystem::path& listing, const std::filesystem::path& status_file,
                   const ModelNames& names, const Solution* solution);
 

@@ -8,7 +8,9 @@
 
 #include "host/common/text_file.h"
 #include "host/tavolite/child_process.h"
+#include "host/tavolite/show_command.h"
 #include "host/tavolite/solve_command.h"
+#include "host/tavolite/table_arguments.h"
 
 namespace {
 
@@ -21,6 +23,7 @@ struct SolveArguments {
   bool split_underscores = false;
   bool keep = false;
   bool quiet = false;
+  host::TableArguments table;
 };
 
 CLI::App* AddSolve(CLI::App& app, SolveArguments& arguments) {
@@ -44,6 +47,7 @@ CLI::App* AddSolve(CLI::App& app, SolveArguments& arguments) {
   solve->add_flag("--keep", arguments.keep, "Keep the scratch files and say where they are");
   solve->add_option("--timing", arguments.timing, "Write the seconds of each step to this file");
   solve->add_flag("--quiet", arguments.quiet, "Print warnings and errors only");
+  host::AddTableOptions(*solve, arguments.table);
   return solve;
 }
 
@@ -65,6 +69,8 @@ host::SolveOptions ToOptions(const SolveArguments& arguments) {
   options.timing = FromUtf8(arguments.timing);
   options.keep = arguments.keep;
   options.quiet = arguments.quiet;
+  SetTableOptions(arguments.table, options.input);
+  options.input.table.progress = !arguments.quiet;
   return options;
 }
 
@@ -74,6 +80,8 @@ int Run(std::vector<std::string> arguments) {
   app.require_subcommand(1);
   SolveArguments solve_arguments;
   const CLI::App* solve = AddSolve(app, solve_arguments);
+  host::ShowOptions show_options;
+  const CLI::App* show = host::AddShowCommand(app, show_options);
   try {
     arguments.erase(arguments.begin());
     std::reverse(arguments.begin(), arguments.end());  // as the parser wants them
@@ -81,6 +89,7 @@ int Run(std::vector<std::string> arguments) {
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? 0 : kUsageError;
   }
+  if (show->parsed()) return host::RunShow(show_options, std::cout, std::cerr);
   if (solve->parsed()) return host::RunSolve(ToOptions(solve_arguments), std::cout, std::cerr);
   return kUsageError;
 }

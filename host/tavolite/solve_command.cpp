@@ -103,6 +103,16 @@ fs::path SystemDirectory(const fs::path& solver) {
   return fs::exists(directory / kDefinitionFile, none) ? directory : OwnProgram().parent_path();
 }
 
+// The user's option file; without one, that which fits a table.
+fs::path OptionFile(const Session& session, const FrontEndResult& input) {
+  if (!session.options.option_file.empty() || input.option_file.empty()) {
+    return session.options.option_file;
+  }
+  fs::path file = session.Scratch("options.txt");
+  WriteText(file, input.option_file);
+  return file;
+}
+
 // Reads the model and writes instance and control file. The matrix is gone when this returns: the
 // solver needs the memory.
 ModelNames Prepare(Session& session) {
@@ -114,12 +124,13 @@ ModelNames Prepare(Session& session) {
   control.instance = session.Scratch("instance.db");
   control.status_file = session.Scratch("status.txt");
   control.system_directory = SystemDirectory(session.solver);
-  control.option_file = session.options.option_file;
+  control.option_file = OptionFile(session, input);
   if (!session.options.timing.empty()) control.timing = session.Scratch("timing.txt");
   WriteControlFile(control, session.Scratch("control.txt"));
   session.times.End("write the instance");
   return {std::move(input.model.name), std::move(input.model.dictionary),
-          std::move(input.model.row_names), std::move(input.model.column_names)};
+          std::move(input.model.row_names), std::move(input.model.column_names),
+          std::move(input.notes.notes)};
 }
 
 ChildProcess::Exit RunSolver(Session& session, SolverLog& log) {
@@ -143,11 +154,9 @@ std::string Failure(const ChildProcess::Exit& exit, const SolverLog& log) {
 void Summarise(const Session& session, const Solution& solution, const SolverLog& log) {
   std::ostream& out = session.out;
   out << "\nModel status:  " << ModelStatusText(solution.model_status) << '\n'
-      << "Solve status:  " << SolveStatusText(solution.solve_status) << '\n';
-  if (const auto objective = ObjectiveValue(solution)) {
-    out << "Objective:     " << NumberText(*objective) << '\n';
-  }
-  out << "Listing:       " << Utf8(session.listing) << '\n';
+      << "Solve status:  " << SolveStatusText(solution.solve_status) << '\n'
+      << "Objective:     " << ObjectiveText(solution) << '\n'
+      << "Listing:       " << Utf8(session.listing) << '\n';
   if (!log.ResultsFile().empty()) out << "Results file:  " << log.ResultsFile() << '\n';
   out.flush();
 }

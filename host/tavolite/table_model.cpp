@@ -301,16 +301,6 @@ class ModelMaker {
   bool has_constant_ = false;
 };
 
-char SeparatorFor(const std::filesystem::path& file, char wanted) {
-  if (wanted != '\0') {
-    return wanted;
-  }
-  std::string suffix = Utf8(file.extension());
-  std::transform(suffix.begin(), suffix.end(), suffix.begin(),
-                 [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
-  return suffix == ".tsv" || suffix == ".tab" ? '\t' : ',';
-}
-
 Table ReadTextFile(const std::filesystem::path& file, const TableOptions& options) {
   const std::string name = Utf8(file);
   std::error_code code;
@@ -324,11 +314,9 @@ Table ReadTextFile(const std::filesystem::path& file, const TableOptions& option
     throw InputError(name + ": can't be opened");
   }
   const std::uintmax_t size = std::filesystem::file_size(file, code);
-  return ReadTextTable({.stream = &stream,
-                        .name = name,
-                        .size = code ? 0 : size,
-                        .separator = SeparatorFor(file, options.separator)},
-                       options);
+  return ReadTextTable(
+      {.stream = &stream, .name = name, .size = code ? 0 : size, .separator = options.separator},
+      options);
 }
 
 }  // namespace

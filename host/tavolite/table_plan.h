@@ -20,7 +20,7 @@ struct TableOptions {
   std::vector<std::string> labels;
   std::vector<std::string> factors;
   Intercept intercept = Intercept::kAutomatic;
-  char separator = '\0';  // '\0': a tab for .tsv and .tab files, else a comma
+  char separator = '\0';  // of a text table's fields
   bool progress = true;   // on standard error, where that is a terminal and reading takes long
 };
 
