@@ -106,7 +106,7 @@ std::string SolveStatusText(std::int32_t status) {
 
 std::string ObjectiveText(const Solution& solution) {
   const auto found = solution.head_and_tail.find(kObjectiveCode);
-  if (found == solution.head_and_tail.end()) return {};
+  if (found == solution.head_and_tail.end()) return "not stated";
   std::array<char, 32> buffer;
   return std::string(Format(found->second, buffer));
 }

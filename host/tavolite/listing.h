@@ -23,9 +23,8 @@ struct ModelNames {
 std::string ModelStatusText(std::int32_t status);
 std::string SolveStatusText(std::int32_t status);
 
-// The solution's objective value in the shortest digits that read back as the same number
-// ("Infinity",
-// "-Infinity", "NaN" where it is none); empty when the solver has stated none.
+// The solution's objective value in the shortest digits that read back as the same number, or
+// "Infinity", "-Infinity", "NaN"; "not stated" when the solver has stated none.
 std::string ObjectiveText(const Solution& solution);
 
 // Writes `listing`: the content of `status_file` (nothing when it isn't there), then the notes,
