@@ -47,16 +47,16 @@ bool SameLevels(const CoefficientRow& a, const CoefficientRow& b) {
                             &ConfidenceInterval::level);
 }
 
-TextTable CoefficientTable(const std::vector<CoefficientRow>& rows,
-                           const std::vector<std::size_t>& levels) {
-  TextTable table;
+AlignedTable CoefficientTable(const std::vector<CoefficientRow>& rows,
+                              const std::vector<std::size_t>& levels) {
+  AlignedTable table;
   for (std::size_t k = 0; k < rows[0].keys.size(); ++k) {
-    table.AddColumn("dim" + std::to_string(k + 1), TextTable::Side::kLeft);
+    table.AddColumn("dim" + std::to_string(k + 1), AlignedTable::Side::kLeft);
   }
-  for (const char* name : kCoefficientSymbols) table.AddColumn(name, TextTable::Side::kRight);
+  for (const char* name : kCoefficientSymbols) table.AddColumn(name, AlignedTable::Side::kRight);
   for (const std::size_t level : levels) {
-    table.AddColumn(rows[0].intervals[level].level + " LO", TextTable::Side::kRight);
-    table.AddColumn(rows[0].intervals[level].level + " UP", TextTable::Side::kRight);
+    table.AddColumn(rows[0].intervals[level].level + " LO", AlignedTable::Side::kRight);
+    table.AddColumn(rows[0].intervals[level].level + " UP", AlignedTable::Side::kRight);
   }
   for (const CoefficientRow& row : rows) {
     std::vector<std::string> cells = row.keys;
@@ -80,7 +80,7 @@ void PrintCoefficients(const std::vector<CoefficientRow>& rows, std::size_t widt
     if (rows[0].intervals[m].level == "95%") narrow.push_back(m);
   }
   text += "\nCoefficients\n";
-  const TextTable all = CoefficientTable(rows, levels);
+  const AlignedTable all = CoefficientTable(rows, levels);
   if (narrow.empty() || all.Width() <= width) {
     all.Print(text);
   } else {
@@ -141,11 +141,11 @@ void PrintOverviewTable(const TdxReader& reader, const Overview& overview, std::
   const TdxHeader& header = reader.Header();
   text += "Made by " + header.producer + " with " + header.library_version + ", " + header.created +
           "\n\nSymbols\n";
-  TextTable symbols;
-  symbols.AddColumn("name", TextTable::Side::kLeft);
-  symbols.AddColumn("dimension", TextTable::Side::kRight);
-  symbols.AddColumn("records", TextTable::Side::kRight);
-  symbols.AddColumn("text", TextTable::Side::kLeft);
+  AlignedTable symbols;
+  symbols.AddColumn("name", AlignedTable::Side::kLeft);
+  symbols.AddColumn("dimension", AlignedTable::Side::kRight);
+  symbols.AddColumn("records", AlignedTable::Side::kRight);
+  symbols.AddColumn("text", AlignedTable::Side::kLeft);
   for (const TdxSymbolInfo& symbol : reader.Symbols()) {
     symbols.AddRow({symbol.name, std::to_string(symbol.dimension), std::to_string(symbol.records),
                     symbol.text});
@@ -153,9 +153,9 @@ void PrintOverviewTable(const TdxReader& reader, const Overview& overview, std::
   symbols.Print(text);
   if (!overview.scalars.empty()) {
     text += "\nScalars\n";
-    TextTable scalars;
-    scalars.AddColumn("", TextTable::Side::kLeft);
-    scalars.AddColumn("", TextTable::Side::kLeft);
+    AlignedTable scalars;
+    scalars.AddColumn("", AlignedTable::Side::kLeft);
+    scalars.AddColumn("", AlignedTable::Side::kLeft);
     for (const auto& [name, value] : overview.scalars) scalars.AddRow({name, NumberText(value)});
     scalars.Print(text);
   }

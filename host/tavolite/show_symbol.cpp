@@ -44,12 +44,12 @@ std::size_t MatrixColumns(const TdxRecords& records) {
   return columns;
 }
 
-TextTable MatrixTable(const TdxRecords& records, std::size_t columns) {
+AlignedTable MatrixTable(const TdxRecords& records, std::size_t columns) {
   const auto half = static_cast<std::size_t>(records.dimension) / 2;
-  TextTable table;
-  table.AddColumn("", TextTable::Side::kLeft);
+  AlignedTable table;
+  table.AddColumn("", AlignedTable::Side::kLeft);
   for (std::size_t j = 0; j < columns; ++j) {
-    table.AddColumn(JoinedKeys(records.Keys(j).last(half)), TextTable::Side::kRight);
+    table.AddColumn(JoinedKeys(records.Keys(j).last(half)), AlignedTable::Side::kRight);
   }
   for (std::size_t i = 0; i < records.values.size(); i += columns) {
     std::vector<std::string> cells{JoinedKeys(records.Keys(i).first(half))};
@@ -59,12 +59,12 @@ TextTable MatrixTable(const TdxRecords& records, std::size_t columns) {
   return table;
 }
 
-TextTable ListTable(const TdxRecords& records) {
-  TextTable table;
+AlignedTable ListTable(const TdxRecords& records) {
+  AlignedTable table;
   for (int k = 0; k < records.dimension; ++k) {
-    table.AddColumn(DimensionName(k), TextTable::Side::kLeft);
+    table.AddColumn(DimensionName(k), AlignedTable::Side::kLeft);
   }
-  table.AddColumn("value", TextTable::Side::kRight);
+  table.AddColumn("value", AlignedTable::Side::kRight);
   for (std::size_t i = 0; i < records.values.size(); ++i) {
     const std::span<const std::string> keys = records.Keys(i);
     std::vector<std::string> cells(keys.begin(), keys.end());
@@ -82,7 +82,7 @@ void PrintSymbolTable(const TdxSymbolInfo& symbol, const TdxRecords& records, bo
   // A matrix wider than this can't fit: a column takes three characters at least.
   const std::size_t columns = whole ? MatrixColumns(records) : 0;
   if (columns > 1 && columns <= width / 3) {
-    const TextTable matrix = MatrixTable(records, columns);
+    const AlignedTable matrix = MatrixTable(records, columns);
     if (matrix.Width() <= width) {
       matrix.Print(text);
       return;

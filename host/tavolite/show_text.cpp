@@ -106,13 +106,13 @@ std::string JsonNumber(double value) {
   return NumberText(value);
 }
 
-void TextTable::AddColumn(std::string head, Side side) {
+void AlignedTable::AddColumn(std::string head, Side side) {
   head = Printable(std::move(head));
   const std::size_t width = DisplayWidth(head);
   columns_.push_back({std::move(head), side, width});
 }
 
-void TextTable::AddRow(std::vector<std::string> cells) {
+void AlignedTable::AddRow(std::vector<std::string> cells) {
   for (std::size_t k = 0; k < cells.size(); ++k) {
     cells[k] = Printable(std::move(cells[k]));
     columns_[k].width = std::max(columns_[k].width, DisplayWidth(cells[k]));
@@ -120,13 +120,13 @@ void TextTable::AddRow(std::vector<std::string> cells) {
   rows_.push_back(std::move(cells));
 }
 
-std::size_t TextTable::Width() const {
+std::size_t AlignedTable::Width() const {
   std::size_t width = 0;
   for (const Column& column : columns_) width += column.width + 2;
   return columns_.empty() ? 0 : width - 2;
 }
 
-void TextTable::PrintLine(const std::vector<std::string>& cells, std::string& text) const {
+void AlignedTable::PrintLine(const std::vector<std::string>& cells, std::string& text) const {
   std::string line;
   for (std::size_t k = 0; k < cells.size(); ++k) {
     const std::size_t blanks = columns_[k].width - DisplayWidth(cells[k]);
@@ -139,7 +139,7 @@ void TextTable::PrintLine(const std::vector<std::string>& cells, std::string& te
   text += line += '\n';
 }
 
-void TextTable::Print(std::string& text) const {
+void AlignedTable::Print(std::string& text) const {
   std::vector<std::string> heads;
   for (const Column& column : columns_) heads.push_back(column.head);
   if (!std::ranges::all_of(heads, &std::string::empty)) PrintLine(heads, text);

@@ -24,7 +24,7 @@ std::string JsonString(std::string_view text);
 std::string JsonNumber(double value);
 
 // Columns under each other, two blanks between them; texts stand left, numbers right.
-class TextTable {
+class AlignedTable {
  public:
   enum class Side { kLeft, kRight };
 
