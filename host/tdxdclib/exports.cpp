@@ -14,7 +14,7 @@
 #include <string>
 #include <string_view>
 
-#include "host/tdxdclib/short_string.h"
+#include "host/common/short_string.h"
 #include "host/tdxdclib/tdx_version.h"
 #include "host/tdxdclib/tdx_writer.h"
 

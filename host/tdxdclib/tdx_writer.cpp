@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "host/common/text_file.h"
-#include "host/tdxdclib/short_string.h"
+#include "host/common/short_string.h"
 #include "host/tdxdclib/tdx_version.h"
 #include "host/tdxdclib/temporary_file.h"
 

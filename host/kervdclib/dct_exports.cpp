@@ -1,0 +1,88 @@
+// The dictionary's entries.
+#include <algorithm>
+
+#include "host/common/short_string.h"
+#include "host/kervdclib/exports.h"
+#include "host/kervdclib/model_object.h"
+
+using host::DictionaryObject;
+using host::ElementNames;
+using host::InstanceData;
+
+namespace {
+
+const InstanceData* DataOf(void* handle) {
+  return static_cast<const DictionaryObject*>(handle)->data;
+}
+
+const std::string_view kPlain =
+    "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_+-.";
+
+// The quote to put around a label, blank when it can do without one.
+char Quote(std::string_view label) {
+  if (label.find_first_not_of(kPlain) == std::string_view::npos) return ' ';
+  return label.find('\'') == std::string_view::npos ? '\'' : '"';
+}
+
+int Text(const InstanceData* data, host::TextTable InstanceData::*table, int number, char* text) {
+  const auto i = static_cast<std::size_t>(number);
+  if (data == nullptr || number < 0 || i >= (data->*table).size()) {
+    host::ToShortString("", text);
+    return 1;
+  }
+  host::ToShortString((data->*table)[i], text);
+  return 0;
+}
+
+int Names(const ElementNames& names, int number, int* symbol, int* labels, int* dimension) {
+  const auto i = static_cast<std::size_t>(number);
+  if (number < 0 || i >= names.symbol.size()) {
+    return 1;
+  }
+  *symbol = names.symbol[i];
+  *dimension = names.first[i + 1] - names.first[i];
+  std::copy_n(names.label.begin() + names.first[i], *dimension, labels);
+  return 0;
+}
+
+}  // namespace
+
+void dctXCreate(void** handle) {
+  host::CreateObject<DictionaryObject>(handle);
+}
+
+void dctXCreateD(void** handle, const char* /*directory*/) {
+  dctXCreate(handle);
+}
+
+void dctXFree(void** handle) {
+  // A model object's dictionary goes with the model object.
+  if (*handle != nullptr && static_cast<DictionaryObject*>(*handle)->belongs_to_model) {
+    *handle = nullptr;
+  }
+  host::FreeObject<DictionaryObject>(handle);
+}
+
+int dctSymName(void* handle, int symbol, char* name) {
+  return Text(DataOf(handle), &InstanceData::symbols, symbol, name);
+}
+
+int dctUelLabel(void* handle, int label, char* quote, char* text) {
+  const int result = Text(DataOf(handle), &InstanceData::labels, label, text);
+  *quote = Quote(host::ShortStringText(text));
+  return result;
+}
+
+int dctColUels(void* handle, int column, int* symbol, int* labels, int* dimension) {
+  *symbol = *dimension = 0;
+  return DataOf(handle) == nullptr
+             ? 1
+             : Names(DataOf(handle)->column_names, column, symbol, labels, dimension);
+}
+
+int dctRowUels(void* handle, int row, int* symbol, int* labels, int* dimension) {
+  *symbol = *dimension = 0;
+  return DataOf(handle) == nullptr
+             ? 1
+             : Names(DataOf(handle)->row_names, row, symbol, labels, dimension);
+}

@@ -1,0 +1,68 @@
+// The environment of one solve: what the control file says, the log, the status file, the clock.
+#pragma once
+
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "host/common/control_file.h"
+
+namespace host {
+
+class Environment {
+ public:
+  Environment() = default;
+  Environment(const Environment&) = delete;
+  Environment& operator=(const Environment&) = delete;
+  // Ends the files; a failure to write them is reported on standard error.
+  ~Environment();
+
+  // Reads the control file and opens the log and the status file. Throws FileError.
+  void Initialize(const std::filesystem::path& control_file);
+  [[nodiscard]] bool IsInitialized() const { return initialized_; }
+  [[nodiscard]] const ControlFile& Control() const { return control_; }
+
+  void Log(std::string_view line);
+  // A line of its own in the status file: a line begun by StatPiece is ended first.
+  void StatOwnLine(std::string_view line);
+  // Ends the line that StatPiece has begun, or is a line of its own.
+  void Stat(std::string_view line);
+  void StatPiece(std::string_view text);
+  // Lines reach the status file one by one, so that none is lost however the process ends; between
+  // these two, where there may be millions, they are written in large pieces.
+  void BeginBlock() { in_block_ = true; }
+  void EndBlock();
+
+  // Seconds since the last call; the first time, since the environment was made.
+  double TimeDiff();
+  // Ends a step of the run for the timing file: it began where the last one ended.
+  void EndStep(std::string_view step);
+
+ private:
+  using Clock = std::chrono::steady_clock;
+
+  void EndLine();
+  void FlushStatus();
+  void WriteTiming();
+
+  bool initialized_ = false;
+  ControlFile control_;
+  std::ofstream log_;  // closed: standard output
+  std::ofstream status_;
+  bool line_begun_ = false;
+  bool in_block_ = false;
+  Clock::time_point last_difference_ = Clock::now();
+  Clock::time_point last_step_ = Clock::now();
+  std::vector<std::pair<double, std::string>> steps_;
+};
+
+// What an environment handle points to. The model object shares the environment, so that the order
+// of freeing does not matter.
+using EnvironmentObject = std::shared_ptr<Environment>;
+
+}  // namespace host

@@ -1,0 +1,93 @@
+// The model of one solve, as the `tmo` functions give it, and the solution that they take.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <optional>
+#include <string>
+
+#include "host/common/instance.h"
+#include "host/common/instance_reader.h"
+#include "host/kervdclib/environment.h"
+
+namespace host {
+
+// What a dictionary handle points to. The model object's own belongs to the model object; one that
+// was created by itself has no names in it.
+struct DictionaryObject {
+  const InstanceData* data = nullptr;
+  bool belongs_to_model = false;
+};
+
+class ModelObject {
+ public:
+  // Throws FileError unless the environment is initialized.
+  void Register(EnvironmentObject environment);
+  // Loads the instance that the control file names. Throws FileError.
+  void Load();
+  [[nodiscard]] const InstanceData* Data() const { return reader_ ? &reader_->Data() : nullptr; }
+  [[nodiscard]] Environment* GetEnvironment() const { return environment_.get(); }
+
+  // One entry of a column and then the next: `cursor` is null before the first and after the last.
+  // Only the column at hand is in memory. Numbers are zero-based here.
+  struct Entry {
+    double value;
+    std::int32_t row;
+  };
+  Entry NextEntry(std::int32_t column, void** cursor) {
+    if (column != column_ && !OpenColumn(column)) {
+      *cursor = nullptr;
+      return failed_entry_;
+    }
+    // The cursor is the number of entries handed out, so that it outlives a change of column.
+    const auto at = reinterpret_cast<std::uintptr_t>(*cursor);
+    if (at >= size_) {
+      *cursor = nullptr;
+      return failed_entry_;
+    }
+    const Entry entry{entries_.values[at], (*entries_.rows)[at]};
+    if (at + 1 == size_) {
+      *cursor = nullptr;
+      EndColumn(column);
+    } else {
+      *cursor = reinterpret_cast<void*>(at + 1);
+    }
+    return entry;
+  }
+
+  // Keeps records of rows or columns for WriteOut. False when there is no such element.
+  bool SetRow(std::int32_t row, double level, double marginal, int basis, int status);
+  bool SetColumn(std::int32_t column, double level, double marginal, int basis, int status);
+  // Writes the solution to the instance. Throws FileError.
+  void WriteOut();
+
+  // Writes a message to the status file and the log.
+  void Tell(const std::string& text);
+  // Notes that the rows' names and data are behind, the first time.
+  void StartColumns();
+
+  int index_base = 0;
+  double plus_infinity = kInfinity;
+  double minus_infinity = -kInfinity;
+  Solution solution;
+  DictionaryObject dictionary;
+
+ private:
+  bool OpenColumn(std::int32_t column);
+  void EndColumn(std::int32_t column);
+  void ReleaseColumn();
+
+  EnvironmentObject environment_;
+  std::optional<InstanceReader> reader_;
+  std::int32_t column_ = -1;  // the one whose entries are in memory
+  std::size_t size_ = 0;
+  ColumnEntries entries_;
+  // What is given when the instance can't be read any more: it spoils every result, and no solution
+  // is stored.
+  Entry failed_entry_{std::numeric_limits<double>::quiet_NaN(), 0};
+  bool failed_ = false;
+  bool columns_started_ = false;
+};
+
+}  // namespace host

@@ -1,0 +1,240 @@
+// The model object's entries.
+#include <algorithm>
+#include <string>
+
+#include "host/common/short_string.h"
+#include "host/kervdclib/exports.h"
+#include "host/kervdclib/model_object.h"
+
+using host::Guarded;
+using host::InstanceData;
+using host::ModelObject;
+
+namespace {
+
+ModelObject& Of(void* handle) {
+  return *static_cast<ModelObject*>(handle);
+}
+
+const InstanceData* DataOf(void* handle) {
+  return Of(handle).Data();
+}
+
+// The element with the caller's `number` in `elements`; null when there is none.
+template <class T>
+const T* Element(const ModelObject& model, const std::vector<T>& elements, int number) {
+  const std::int64_t index = std::int64_t{number} - model.index_base;
+  const bool within = index >= 0 && index < static_cast<std::int64_t>(elements.size());
+  return within ? &elements[static_cast<std::size_t>(index)] : nullptr;
+}
+
+const host::ColumnHead* ColumnOf(void* handle, int column) {
+  const InstanceData* data = DataOf(handle);
+  return data == nullptr ? nullptr : Element(Of(handle), data->columns, column);
+}
+
+double Bound(const ModelObject& model, double bound) {
+  if (bound == host::kInfinity) return model.plus_infinity;
+  if (bound == -host::kInfinity) return model.minus_infinity;
+  return bound;
+}
+
+// Runs `body`; a failure's text goes into `message`. Gives the function's result.
+template <class Body>
+int WithMessage(char* message, Body body) {
+  host::ToShortString("", message);
+  return Guarded(1, [&] {
+    try {
+      body();
+      return 0;
+    } catch (const std::bad_alloc&) {
+      host::ToShortString("out of memory", message);
+    } catch (const std::exception& error) {
+      host::ToShortString(error.what(), message);
+    }
+    return 1;
+  });
+}
+
+}  // namespace
+
+void tmoXCreate(void** handle) {
+  host::CreateObject<ModelObject>(handle);
+}
+
+void tmoXCreateD(void** handle, const char* /*directory*/) {
+  tmoXCreate(handle);
+}
+
+void tmoXFree(void** handle) {
+  host::FreeObject<ModelObject>(handle);
+}
+
+int tmoRegisterEnvironment(void* handle, void* environment, char* message) {
+  return WithMessage(message, [&] {
+    if (environment == nullptr) {
+      throw host::FileError("there is no environment");
+    }
+    Of(handle).Register(*static_cast<host::EnvironmentObject*>(environment));
+  });
+}
+
+int tmoLoadDataLegacy(void* handle, char* message) {
+  return WithMessage(message, [&] { Of(handle).Load(); });
+}
+
+int tmoOptFile(void* handle) {
+  const host::Environment* environment = Of(handle).GetEnvironment();
+  return environment != nullptr && !environment->Control().option_file.empty() ? 1 : 0;
+}
+
+void tmoNameOptFile(void* handle, char* name) {
+  host::ToShortString("", name);
+  Guarded([&] {
+    if (tmoOptFile(handle) != 0) {
+      host::ToShortString(host::Utf8(Of(handle).GetEnvironment()->Control().option_file), name);
+    }
+  });
+}
+
+void* tmoDict(void* handle) {
+  return tmoDictionary(handle) != 0 ? &Of(handle).dictionary : nullptr;
+}
+
+int tmoDictionary(void* handle) {
+  return DataOf(handle) != nullptr && DataOf(handle)->has_dictionary ? 1 : 0;
+}
+
+void tmoIndexBaseSet(void* handle, int base) {
+  Guarded([&] {
+    if (base == 0 || base == 1) {
+      Of(handle).index_base = base;
+    } else {
+      Of(handle).Tell("*** index base " + std::to_string(base) + " is neither 0 nor 1");
+    }
+  });
+}
+
+void tmoObjStyleSet(void* handle, int style) {
+  Guarded([&] {
+    // The objective row and variable are always part of the model here.
+    if (style != 0) {
+      Of(handle).Tell("*** objective style " + std::to_string(style) + " is not offered, only 0");
+    }
+  });
+}
+
+void tmoPinfSet(void* handle, double value) {
+  Of(handle).plus_infinity = value;
+}
+
+void tmoMinfSet(void* handle, double value) {
+  Of(handle).minus_infinity = value;
+}
+
+int tmoM(void* handle) {
+  return DataOf(handle) == nullptr ? 0 : static_cast<int>(DataOf(handle)->rhs.size());
+}
+
+int tmoN(void* handle) {
+  return DataOf(handle) == nullptr ? 0 : static_cast<int>(DataOf(handle)->columns.size());
+}
+
+int tmoObjVar(void* handle) {
+  const InstanceData* data = DataOf(handle);
+  return (data == nullptr ? -1 : data->objective_column) + Of(handle).index_base;
+}
+
+int tmoObjRow(void* handle) {
+  const InstanceData* data = DataOf(handle);
+  return (data == nullptr ? -1 : data->objective_row) + Of(handle).index_base;
+}
+
+int tmoGetColStat(void* handle, int column, int* entries, int* quadratic, int* nonlinear,
+                  int* objective) {
+  *entries = *quadratic = *nonlinear = *objective = 0;
+  Guarded([&] { Of(handle).StartColumns(); });
+  const host::ColumnHead* head = ColumnOf(handle, column);
+  if (head == nullptr) {
+    return 1;
+  }
+  *entries = head->entries;
+  *objective = head->in_objective_row ? 1 : 0;
+  return 0;
+}
+
+void tmoGetColJacInfoOne(void* handle, int column, void** cursor, double* value, int* row,
+                         int* nonlinear) {
+  ModelObject& model = Of(handle);
+  const ModelObject::Entry entry = model.NextEntry(column - model.index_base, cursor);
+  *value = entry.value;
+  *row = entry.row + model.index_base;
+  *nonlinear = 0;
+}
+
+double tmoGetRhsOne(void* handle, int row) {
+  const InstanceData* data = DataOf(handle);
+  const double* rhs = data == nullptr ? nullptr : Element(Of(handle), data->rhs, row);
+  return rhs == nullptr ? 0.0 : *rhs;
+}
+
+int tmoGetEquTypeOne(void* handle, int row) {
+  const InstanceData* data = DataOf(handle);
+  const host::RowType* type = data == nullptr ? nullptr : Element(Of(handle), data->row_types, row);
+  return type == nullptr ? -1 : static_cast<int>(*type);
+}
+
+double tmoGetVarLowerOne(void* handle, int column) {
+  const host::ColumnHead* head = ColumnOf(handle, column);
+  return head == nullptr ? 0.0 : Bound(Of(handle), head->lower);
+}
+
+double tmoGetVarUpperOne(void* handle, int column) {
+  const host::ColumnHead* head = ColumnOf(handle, column);
+  return head == nullptr ? 0.0 : Bound(Of(handle), head->upper);
+}
+
+void tmoSetHeadnTail(void* handle, int code, double value) {
+  Guarded([&] { Of(handle).solution.head_and_tail[code] = value; });
+}
+
+int tmoSetSolutionVarRec(void* handle, int column, double level, double marginal, int basis,
+                         int status) {
+  return Guarded(1, [&] {
+    ModelObject& model = Of(handle);
+    return model.SetColumn(column - model.index_base, level, marginal, basis, status) ? 0 : 1;
+  });
+}
+
+int tmoSetSolutionEquRec(void* handle, int row, double level, double marginal, int basis,
+                         int status) {
+  return Guarded(1, [&] {
+    ModelObject& model = Of(handle);
+    return model.SetRow(row - model.index_base, level, marginal, basis, status) ? 0 : 1;
+  });
+}
+
+void tmoModelStatSet(void* handle, int status) {
+  Guarded([&] {
+    Of(handle).solution.model_status = status;
+    if (Of(handle).GetEnvironment() != nullptr) {
+      Of(handle).GetEnvironment()->EndStep("estimate, report, results file");
+    }
+  });
+}
+
+void tmoSolveStatSet(void* handle, int status) {
+  Of(handle).solution.solve_status = status;
+}
+
+int tmoUnloadSolutionLegacy(void* handle) {
+  return Guarded(1, [&] {
+    try {
+      Of(handle).WriteOut();
+      return 0;
+    } catch (const std::exception& error) {
+      Of(handle).Tell(std::string("*** ") + error.what());
+      return 1;
+    }
+  });
+}
