@@ -187,6 +187,7 @@ class RecordParser {
 
   // A field that is more than a plain number, or not one.
   bool AnyField(const ColumnUse& use) {
+    const std::int64_t line = scanner_.lines;
     Field field;
     if (!scanner_.TakeField(field, batch_.error)) {
       return false;
@@ -197,7 +198,11 @@ class RecordParser {
     if (field.doubled_quotes) {
       field.text = batch_.Keep(WithoutDoubledQuotes(field.text));
     }
-    return (use.number < 0 || NumberField(use, field)) && (use.text < 0 || TextField(use, field));
+    if ((use.number < 0 || NumberField(use, field)) && (use.text < 0 || TextField(use, field))) {
+      return true;
+    }
+    scanner_.lines = line;  // the error is where the field starts
+    return false;
   }
 
   bool NumberField(const ColumnUse& use, const Field& field) {
@@ -255,7 +260,6 @@ std::vector<std::string> TakeHeader(std::string_view& text, char separator, std:
   while (!scanner.AtEnd() && scanner.SkipBlankLine()) {
   }
   if (scanner.AtEnd()) {
-    error = "the table is empty";
     return names;
   }
   do {

@@ -17,9 +17,9 @@
 
 namespace host {
 
-// Takes the first record of `text`, which ends with a line feed: the column names. On return `text`
-// starts behind it, and `lines` is increased by the lines taken. `error` is empty, or tells what is
-// wrong in line `lines` + 1.
+// Takes the first record of `text`, which ends with a line feed: the column names, none when there
+// is no record. On return `text` starts behind it, and `lines` is increased by the lines taken.
+// `error` is empty, or tells what is wrong in line `lines` + 1.
 std::vector<std::string> TakeHeader(std::string_view& text, char separator, std::int64_t& lines,
                                     std::string& error);
 

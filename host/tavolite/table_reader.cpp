@@ -245,7 +245,7 @@ Table ReadTextTable(const TableSource& source, const TableOptions& options) {
   BlockSource blocks(source);
   Block first;
   if (!blocks.Next(first)) {
-    throw InputError(source.name + ": the file is empty");
+    throw InputError(source.name + ": the table is empty");
   }
   std::string_view records = WithoutMark(first.Text(), source.name);
   std::int64_t lines = 0;
@@ -261,6 +261,9 @@ Table ReadTextTable(const TableSource& source, const TableOptions& options) {
   }
   if (!error.empty()) {
     throw InputError(source.name + ":" + std::to_string(lines + 1) + ": " + error);
+  }
+  if (names.empty()) {
+    throw InputError(source.name + ": the table is empty");
   }
   const std::string where = source.name + ":" + std::to_string(lines) + ": ";
   CheckHeader(names, where, source.separator);
