@@ -39,9 +39,9 @@ std::string_view Trimmed(const std::array<char, n>& text) {
 
 // Fills `field` with `text`, cut to its width or followed by blanks.
 inline void PadCopy(std::string_view text, std::span<char> field) {
-  const std::string_view kept = text.substr(0, field.size());
-  const auto rest = std::copy(kept.begin(), kept.end(), field.begin());
-  std::fill(rest, field.end(), ' ');
+  const std::size_t kept = std::min(text.size(), field.size());
+  if (kept > 0) std::memcpy(field.data(), text.data(), kept);
+  std::fill_n(field.data() + kept, field.size() - kept, ' ');
 }
 
 // Stores `text`, cut to 255 characters, as a short string in the 256 bytes from `buffer` on. Bytes

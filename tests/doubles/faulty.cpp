@@ -14,12 +14,6 @@ struct ModuleLife {
   ~ModuleLife() { doubles::Trace("unload"); }
 };
 ModuleLife module_life;
-int object;
-
-void MakeObject(void** handle) {
-  *handle = &object;
-}
-
 }  // namespace
 
 #ifdef SPELLINGS
@@ -74,7 +68,7 @@ DOUBLES_EXPORT int tdxClose(void*) {
 
 #ifndef LACKS_CREATE
 DOUBLES_EXPORT void CREATE(void** handle) {
-  MakeObject(handle);
+  *handle = &module_life;
 }
 #endif
 #ifndef LACKS_FREE

@@ -52,6 +52,10 @@ int RunProcess(const std::filesystem::path& program, const std::vector<std::stri
   return WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
 }
 
+void SetVariable(const std::string& name, const std::string& value) {
+  setenv(name.c_str(), value.c_str(), 1);
+}
+
 int ProcessNumber() {
   return static_cast<int>(getpid());
 }

@@ -3,6 +3,7 @@
 #define WIN32_LEAN_AND_MEAN
 #include <windows.h>
 
+#include <cstdlib>
 #include <stdexcept>
 
 namespace testing_support {
@@ -86,6 +87,10 @@ int RunProcess(const std::filesystem::path& program, const std::vector<std::stri
   CloseHandle(process.hProcess);
   CloseHandle(process.hThread);
   return static_cast<int>(code);
+}
+
+void SetVariable(const std::string& name, const std::string& value) {
+  _putenv_s(name.c_str(), value.c_str());
 }
 
 int ProcessNumber() {

@@ -23,6 +23,9 @@ struct RunOptions {
 ProgramResult RunProgram(const std::filesystem::path& program,
                          const std::vector<std::string>& arguments, const RunOptions& options = {});
 
+// Sets an environment variable of the running program, for libraries that it loads.
+void SetVariable(const std::string& name, const std::string& value);
+
 // A directory of its own below the system's temporary directory, removed with all it holds at the
 // end.
 class TemporaryDirectory {
