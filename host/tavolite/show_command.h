@@ -10,11 +10,11 @@
 namespace host {
 
 struct ShowOptions {
-  std::string file;              // UTF-8
-  std::string symbol;            // empty: an overview of the file
+  std::string file{};            // UTF-8
+  std::string symbol{};          // empty: an overview of the file
   std::string format = "table";  // table, csv or json
   std::int64_t limit = -1;       // records of a symbol, coefficients of the overview; -1: all
-  std::string output;            // UTF-8; empty: standard output
+  std::string output{};          // UTF-8; empty: standard output
   std::size_t width = 0;         // columns of the terminal; 0: found out
 };
 
