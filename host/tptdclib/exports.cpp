@@ -1,0 +1,95 @@
+#include "host/tptdclib/exports.h"
+
+#include <string>
+
+#include "host/common/short_string.h"
+#include "host/common/text_file.h"
+#include "host/tptdclib/option_table.h"
+
+using host::Guarded;
+using host::OptionTable;
+using host::ShortStringText;
+using host::ToShortString;
+
+namespace {
+
+constexpr int kInterfaceVersion = 4;
+
+constexpr host::Signature kSignatures[] = {
+    {"optReadDefinition", {3, 11}},    {"optEchoSet", {0, 3}},
+    {"optReadParameterFile", {3, 11}}, {"optMessageCount", {3}},
+    {"optGetMessage", {0, 3, 12, 4}},  {"optGetIntStr", {3, 11}},
+    {"optGetStrStr", {12, 11}},
+};
+
+std::string load_path;
+
+OptionTable& Of(void* handle) {
+  return *static_cast<OptionTable*>(handle);
+}
+
+}  // namespace
+
+void XCreate(void** handle) {
+  host::CreateObject<OptionTable>(handle);
+}
+
+void XFree(void** handle) {
+  host::FreeObject<OptionTable>(handle);
+}
+
+int CXCheck(const char* name, int arguments, const int* codes, char* message) {
+  return host::CheckSignature(kSignatures, name, arguments, codes, message);
+}
+
+int CXAPIVersion(int version, char* message, int* compatibility) {
+  return host::CheckVersion("option library", kInterfaceVersion, version, message, compatibility);
+}
+
+void CoptSetLoadPath(const char* directory) {
+  Guarded([&] { load_path = directory; });
+}
+
+void CoptGetLoadPath(char* directory) {
+  host::PutMessage(load_path, directory);
+}
+
+int optReadDefinition(void* handle, const char* file) {
+  return Guarded(
+      1, [&] { return Of(handle).ReadDefinition(host::FromUtf8(ShortStringText(file))) ? 0 : 1; });
+}
+
+int optReadParameterFile(void* handle, const char* file) {
+  return Guarded(1, [&] {
+    return Of(handle).ReadParameterFile(host::FromUtf8(ShortStringText(file))) ? 0 : 1;
+  });
+}
+
+void optEchoSet(void* handle, int on) {
+  Of(handle).SetEcho(on != 0);
+}
+
+int optMessageCount(void* handle) {
+  return static_cast<int>(Of(handle).Messages().size());
+}
+
+void optGetMessage(void* handle, int number, char* text, int* kind) {
+  const std::vector<OptionTable::Message>& messages = Of(handle).Messages();
+  if (number < 1 || static_cast<std::size_t>(number) > messages.size()) {
+    ToShortString("", text);
+    *kind = 0;
+    return;
+  }
+  const OptionTable::Message& message = messages[static_cast<std::size_t>(number) - 1];
+  ToShortString(message.text, text);
+  *kind = static_cast<int>(message.kind);
+}
+
+int optGetIntStr(void* handle, const char* key) {
+  return Guarded(0, [&] { return Of(handle).Integer(ShortStringText(key)); });
+}
+
+void optGetStrStr(void* handle, const char* key, char* value) {
+  ToShortString("", value);
+  Guarded([&] { ToShortString(Of(handle).Text(ShortStringText(key)), value); });
+}
