@@ -15,6 +15,10 @@ if(LINFIT_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
   set(CMAKE_CXX_COMPILER_LAUNCHER ${LINFIT_CCACHE})
 endif()
 
+if(LINFIT_FUZZ)
+  target_compile_options(linfit_flags INTERFACE -fsanitize=fuzzer-no-link)
+  set(LINFIT_SANITIZE ON)
+endif()
 if(LINFIT_SANITIZE)
   target_compile_options(linfit_flags INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all
                                                 -fno-omit-frame-pointer)

@@ -146,14 +146,20 @@ class RecordParser {
       : scanner_(text, separator), plan_(plan), batch_(batch), text_(text) {}
 
   void Run() {
-    if (const std::size_t nul = text_.find('\0'); nul != std::string_view::npos) {
-      batch_.lines_read =
-          std::count(text_.begin(), text_.begin() + static_cast<std::ptrdiff_t>(nul), '\n');
-      batch_.error = "a NUL byte: this is not a text file";
-      return;
-    }
+    const char* const nul = static_cast<const char*>(std::memchr(text_.data(), '\0', text_.size()));
     while (!scanner_.AtEnd()) {
-      if (!scanner_.SkipBlankLine() && !Record()) {
+      if (scanner_.SkipBlankLine()) {
+        continue;
+      }
+      const char* const start = scanner_.Position();
+      const std::int64_t line = scanner_.lines;
+      const bool good = Record();
+      if (nul != nullptr && IsNulError(start, nul, good)) {
+        scanner_.lines = line + std::count(start, nul, '\n');
+        batch_.error = "a NUL byte: this is not a text file";
+        break;
+      }
+      if (!good) {
         break;
       }
     }
@@ -161,6 +167,12 @@ class RecordParser {
   }
 
  private:
+  // A NUL byte within a good record or on the line where a bad one starts explains more than
+  // anything else would.
+  [[nodiscard]] bool IsNulError(const char* start, const char* nul, bool good) const {
+    return good ? nul < scanner_.Position() : std::find(start, nul, '\n') == nul;
+  }
+
   bool Record() {
     const std::int64_t line = scanner_.lines;
     const std::size_t row = batch_.rows;
@@ -272,8 +284,14 @@ std::vector<std::string> TakeHeader(std::string_view& text, char separator, std:
                                          : std::string(field.text));
   } while (scanner.TakeSeparator());
   scanner.TakeLineEnd();
+  const auto taken = static_cast<std::size_t>(scanner.Position() - text.data());
+  if (const std::size_t nul = text.find('\0'); nul < taken) {
+    lines += std::count(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(nul), '\n');
+    error = "a NUL byte: this is not a text file";
+    return names;
+  }
   lines += scanner.lines;
-  text.remove_prefix(static_cast<std::size_t>(scanner.Position() - text.data()));
+  text.remove_prefix(taken);
   return names;
 }
 

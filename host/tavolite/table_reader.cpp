@@ -253,9 +253,6 @@ Table ReadTextTable(const TableSource& source, const TableOptions& options) {
   std::vector<std::string> names;
   if (first.overlong) {
     error = "longer than " + std::to_string(kLongestRecord >> 20U) + " MB";
-  } else if (const std::size_t nul = records.find('\0'); nul != std::string_view::npos) {
-    lines = std::count(records.begin(), records.begin() + static_cast<std::ptrdiff_t>(nul), '\n');
-    error = "a NUL byte: this is not a text file";
   } else {
     names = TakeHeader(records, source.separator, lines, error);
   }
