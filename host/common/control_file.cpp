@@ -83,7 +83,8 @@ void CheckDistinct(const ControlFile& control, const std::filesystem::path& file
   for (const std::filesystem::path& path : {file, control.instance, control.status_file,
                                             control.log, control.option_file, control.timing}) {
     std::error_code error;
-    const std::filesystem::path whole = std::filesystem::weakly_canonical(path, error);
+    const std::filesystem::path whole =
+        std::filesystem::weakly_canonical(std::filesystem::absolute(path, error), error);
     // A device such as /dev/null may serve several times.
     const bool ordinary = !path.empty() && !error && !std::filesystem::is_other(whole, error);
     if (ordinary && !files.insert(whole).second) {

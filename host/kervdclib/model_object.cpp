@@ -119,7 +119,7 @@ void ModelObject::WriteOut() {
   Size(solution.rows, Data()->rhs.size());
   Size(solution.columns, Data()->columns.size());
   WriteSolution(solution, environment_->Control().instance);
-  environment_->EndStep("return the solution");
+  environment_->EndStep("store the solution");
 }
 
 void ModelObject::Tell(const std::string& text) {
