@@ -100,7 +100,7 @@ class Library {
   class MessageBuffer;
   enum class LoadResult { kBound = 0, kRefused = 1, kMissingSymbol = 2 };
 
-  bool LoadUnderLock(const std::string& directory, std::span<char> message);
+  bool LoadUnderLock(const std::string& directory, std::span<char> field);
   LoadResult Load(const std::string& file_name, MessageBuffer& message);
   LoadResult Bind(MessageBuffer& message);
   bool BindEntries(MessageBuffer& message);
