@@ -2,7 +2,6 @@
 
 #include <charconv>
 #include <cmath>
-#include <sstream>
 #include <stdexcept>
 
 #include "tests/support/program.h"
@@ -15,17 +14,29 @@ using testing_support::ReadFile;
 
 namespace {
 
+// The fields of one CSV record without line ends in it.
 std::vector<std::string> Split(const std::string& line) {
-  std::vector<std::string> fields;
-  std::istringstream stream(line);
-  for (std::string field; std::getline(stream, field, ',');) {
-    fields.push_back(field);
+  std::vector<std::string> fields(1);
+  bool quoted = false;
+  for (std::size_t i = 0; i < line.size(); ++i) {
+    if (quoted && line[i] == '"' && i + 1 < line.size() && line[i + 1] == '"') {
+      fields.back() += line[++i];
+    } else if (line[i] == '"') {
+      quoted = !quoted;
+    } else if (line[i] == ',' && !quoted) {
+      fields.emplace_back();
+    } else {
+      fields.back() += line[i];
+    }
   }
   return fields;
 }
 
+// A MathProg symbol.
 std::string Quoted(const std::string& item) {
-  return "'" + item + "'";
+  std::string text = "'";
+  for (const char character : item) text += character == '\'' ? "''" : std::string(1, character);
+  return text + "'";
 }
 
 std::string Join(const std::vector<std::string>& parts, const std::string& separator) {
@@ -46,12 +57,36 @@ std::vector<std::string> NumberColumns(const DataSet& set) {
   return columns;
 }
 
+// Where the data of a model come from: a table statement, or for labels whose quotes MathProg's CSV
+// reader would take for its own, a data section.
+std::string TableStatement(const DataSet& set, const std::vector<std::string>& labels) {
+  return "table data IN \"CSV\" \"" + set.name + ".csv\" : I <- [" + Join(labels, ",") + "], " +
+         Join(NumberColumns(set), ", ") + ";\n";
+}
+
+std::string DataSection(const DataSet& set) {
+  std::string text = "data;\nparam : I : " + Join(NumberColumns(set), " ") + " :=\n";
+  const std::vector<std::string> lines = Lines(ReadFile(DataFile(set)));
+  for (std::size_t i = 1; i < lines.size(); ++i) {
+    const std::vector<std::string> fields = Split(lines[i]);
+    for (std::size_t k = 0; k < fields.size(); ++k) {
+      text += (k == 0 ? "" : " ") + (k < set.labels.size() ? Quoted(fields[k]) : fields[k]);
+    }
+    text += "\n";
+  }
+  return text + ";\n";
+}
+
 std::string Shortest(double value) {
   char text[32];
   return {text, std::to_chars(text, text + sizeof text, value).ptr};
 }
 
 }  // namespace
+
+void PrintTo(const DataSet& set, std::ostream* out) {
+  *out << set.name;
+}
 
 const std::vector<DataSet>& CertifiedSets() {
   static const std::vector<DataSet> sets{
@@ -109,22 +144,25 @@ std::string MathProgModel(const DataSet& set) {
   for (const std::string& column : NumberColumns(set)) {
     text += "param " + column + "{I};\n";
   }
-  text += "table data IN \"CSV\" \"" + set.name + ".csv\" : I <- [" + Join(labels, ",") + "], " +
-          Join(NumberColumns(set), ", ") + ";\n";
+  const bool inline_data = labels.size() > 1;
+  if (!inline_data) {
+    text += TableStatement(set, labels);
+  }
 
-  std::vector<std::string> items;
-  std::vector<std::string> terms;
+  // A matrix, since the columns come in the order of one sum.
+  std::string items;
+  std::string matrix;
   for (const std::string& item : CoefficientItems(set)) {
     const bool power = item.starts_with("x^");
-    items.push_back(Quoted(item));
-    terms.push_back((power ? "x" + subscript + item.substr(1) : item + subscript) + " * coeff[" +
-                    Quoted(item) + "]");
+    items += (items.empty() ? "" : ", ") + Quoted(item);
+    matrix += (matrix.empty() ? "" : " else ") + ("if j = " + Quoted(item) + " then ") +
+              (power ? "x" + subscript + item.substr(1) : item + subscript);
   }
-  text += "set J := {" + Join(items, ", ") + "};\nvar rss;\nvar coeff{J};\n";
-  text += "minimize objective: rss;\n";
-  text += "s.t. fit{" + index + " in I}: " + set.response + subscript + " = " + Join(terms, " + ") +
-          ";\nsolve;\nend;\n";
-  return text;
+  text += "set J := {" + items + "};\nparam a{" + index + " in I, j in J} := " + matrix + ";\n";
+  text += "var rss;\nvar coeff{J};\nminimize objective: rss;\n";
+  text += "s.t. fit{" + index + " in I}: " + set.response + subscript + " = sum{j in J} a" +
+          subscript.substr(0, subscript.size() - 1) + ",j] * coeff[j];\nsolve;\n";
+  return text + (inline_data ? DataSection(set) : "") + "end;\n";
 }
 
 std::string TableWithPowers(const DataSet& set) {

@@ -3,6 +3,7 @@
 
 #include <filesystem>
 #include <map>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -18,6 +19,9 @@ struct DataSet {
   bool intercept = true;
   double correct_digits = 0.0;  // that the worst estimate reaches, certified sets only
 };
+
+// For messages of the tests.
+void PrintTo(const DataSet& set, std::ostream* out);
 
 const std::vector<DataSet>& CertifiedSets();
 const std::vector<DataSet>& RealSets();

@@ -14,10 +14,6 @@ namespace {
 using testing_support::ReadFile;
 using testing_support::WriteFile;
 
-void PrintTo(const DataSet& set, std::ostream* out) {
-  *out << set.name;
-}
-
 // Number of correct digits: minus the decimal logarithm of the relative error, of the absolute one
 // for 0.
 double CorrectDigits(double actual, double expected) {

@@ -32,7 +32,7 @@ std::string Solve::Report(const std::string& listing) const {
 
 Values Solve::Symbol(const std::string& name) const {
   host::Database file(directory / "linfit.tdx", host::Database::Mode::kRead);
-  host::Statement dimension(file, "select dimension from symbol where name = ?");
+  host::Statement dimension(file, "select dimension from tdx_symbol where name = ?");
   dimension.Bind(1, name);
   if (!dimension.Step()) {
     return {};
