@@ -272,6 +272,7 @@ std::vector<std::string> TakeHeader(std::string_view& text, char separator, std:
   while (!scanner.AtEnd() && scanner.SkipBlankLine()) {
   }
   if (scanner.AtEnd()) {
+    lines += scanner.lines;
     return names;
   }
   do {

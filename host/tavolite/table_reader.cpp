@@ -23,6 +23,11 @@ namespace {
 constexpr std::size_t kBlockSize = 512U << 10U;  // text and numbers of it fit a second-level cache
 constexpr std::size_t kLongestRecord = 8U << 20U;
 
+std::string OverlongRecord() {
+  return "longer than " + std::to_string(kLongestRecord >> 20U) +
+         " MB (a quote that is never closed?)";
+}
+
 // Bytes that keep their place and are not cleared before they are written.
 struct Block {
   std::unique_ptr<char[]> bytes;
@@ -177,8 +182,7 @@ class ParallelReader {
   void Parse(const Block& block, std::string_view records, RowBatch& batch) const {
     if (block.overlong) {
       batch.Start(table_.plan, 0);
-      batch.error = "longer than " + std::to_string(kLongestRecord >> 20U) +
-                    " MB (a quote that is never closed?)";
+      batch.error = OverlongRecord();
     } else {
       ParseRecords(records, table_.plan, source_.separator, batch);
     }
@@ -243,24 +247,24 @@ class ParallelReader {
 
 Table ReadTextTable(const TableSource& source, const TableOptions& options) {
   BlockSource blocks(source);
-  Block first;
-  if (!blocks.Next(first)) {
-    throw InputError(source.name + ": the table is empty");
-  }
-  std::string_view records = WithoutMark(first.Text(), source.name);
+  Block block;
+  std::string_view records;
   std::int64_t lines = 0;
-  std::string error;
   std::vector<std::string> names;
-  if (first.overlong) {
-    error = "longer than " + std::to_string(kLongestRecord >> 20U) + " MB";
-  } else {
-    names = TakeHeader(records, source.separator, lines, error);
-  }
-  if (!error.empty()) {
-    throw InputError(source.name + ":" + std::to_string(lines + 1) + ": " + error);
-  }
-  if (names.empty()) {
-    throw InputError(source.name + ": the table is empty");
+  for (bool first = true; names.empty(); first = false) {
+    if (!blocks.Next(block)) {
+      throw InputError(source.name + ": the table is empty");
+    }
+    records = first ? WithoutMark(block.Text(), source.name) : block.Text();
+    std::string error;
+    if (block.overlong) {
+      error = OverlongRecord();
+    } else {
+      names = TakeHeader(records, source.separator, lines, error);
+    }
+    if (!error.empty()) {
+      throw InputError(source.name + ":" + std::to_string(lines + 1) + ": " + error);
+    }
   }
   const std::string where = source.name + ":" + std::to_string(lines) + ": ";
   CheckHeader(names, where, source.separator);
@@ -268,7 +272,7 @@ Table ReadTextTable(const TableSource& source, const TableOptions& options) {
   TableData data(plan, source.name, /*by_line=*/true);
   Table table{.plan = std::move(plan), .data = std::move(data)};
   table.data.lines_read = lines;
-  ParallelReader(source, blocks, table, options.progress).Run(std::move(first), records);
+  ParallelReader(source, blocks, table, options.progress).Run(std::move(block), records);
   return table;
 }
 
