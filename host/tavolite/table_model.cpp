@@ -287,8 +287,8 @@ class ModelMaker {
     const int add = options_.intercept == Intercept::kNever    ? 0
                     : options_.intercept == Intercept::kAlways ? 1
                                                                : 2;
-    result_.option_file = "ADD_CONSTANT_TERM " + std::to_string(add) + "\nMAXN " +
-                          std::to_string(Rows()) + "\nMAXP " +
+    result_.option_file = "* Written by tavolite to fit the table\nADD_CONSTANT_TERM " +
+                          std::to_string(add) + "\nMAXN " + std::to_string(Rows()) + "\nMAXP " +
                           std::to_string(coefficients_.size() + (add > 0 ? 1 : 0)) + "\n";
   }
 

@@ -74,7 +74,8 @@ TEST(TableModelTest, SignsNamesAndOptionFile) {
   EXPECT_EQ(made.model.row_types[3], RowType::kFree);
   EXPECT_EQ(made.model.objective_row, 3);
   EXPECT_EQ(made.model.columns[0].values, std::vector<double>{1.0});
-  EXPECT_EQ(made.option_file, "ADD_CONSTANT_TERM 2\nMAXN 3\nMAXP 3\n");
+  EXPECT_EQ(made.option_file,
+            "* Written by tavolite to fit the table\nADD_CONSTANT_TERM 2\nMAXN 3\nMAXP 3\n");
   EXPECT_TRUE(made.notes.empty());
 }
 
@@ -153,9 +154,11 @@ TEST(TableModelTest, ChoiceOfColumnsAndIntercept) {
   made = FromText(text, options);
   EXPECT_EQ(Rows(made.model)[0], "fit(1): y=1 coeff(c)=3 coeff('a,b')=2");
   options.intercept = Intercept::kNever;
-  EXPECT_EQ(FromText(text, options).option_file, "ADD_CONSTANT_TERM 0\nMAXN 3\nMAXP 2\n");
+  EXPECT_EQ(FromText(text, options).option_file,
+            "* Written by tavolite to fit the table\nADD_CONSTANT_TERM 0\nMAXN 3\nMAXP 2\n");
   options.intercept = Intercept::kAlways;
-  EXPECT_EQ(FromText(text, options).option_file, "ADD_CONSTANT_TERM 1\nMAXN 3\nMAXP 3\n");
+  EXPECT_EQ(FromText(text, options).option_file,
+            "* Written by tavolite to fit the table\nADD_CONSTANT_TERM 1\nMAXN 3\nMAXP 3\n");
   // A row number that is a column's name as well is one label.
   made = FromText("y,2\n1,2\n2,3\n", Response("y"));
   EXPECT_EQ(Rows(made.model)[1], "fit(2): y=2 coeff(2)=3");
