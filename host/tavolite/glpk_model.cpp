@@ -212,8 +212,8 @@ void AddColumns(glp_prob* problem, const RowNumbers& numbers, double sign,
   }
 }
 
-// With the data on the wrong side every value arrives with the other sign. The estimates stay, but
-// an intercept written as a column of ones is no longer seen as one.
+// With the data on the wrong side every value arrives with the other sign. A constant term is then
+// no longer seen as one: the solver adds an intercept that can't be told from it.
 void WarnOfNegativeConstant(const Model& model, const ModelSource& source, DataSide side,
                             ReaderNotes& notes) {
   const auto fit_rows = model.row_types.size() - 1;
