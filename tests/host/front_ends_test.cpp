@@ -34,9 +34,10 @@ TEST(FrontEnds, EveryExampleSolves) {
 TEST(FrontEnds, GiveTheSameFigures) {
   const TemporaryDirectory directory;
   WriteFile(directory / "m.mod",
-            "var rss; var b{1..2}; minimize o: rss;\n"
-            "f1: 1.25 = 3*b[1] + 2*b[2]; f2: 2 = b[1] + 7*b[2]; f3: -4 = -2.5*b[1] + b[2];\n"
-            "f4: 0.5 = 6*b[1] + 0.125*b[2]; end;\n");
+            "param y{1..4}; param x{1..4,1..2}; var rss; var b{1..2}; minimize o: rss;\n"
+            "f{i in 1..4}: y[i] = sum{j in 1..2} x[i,j]*b[j];\n"
+            "data; param y := 1 1.25 2 2 3 -4 4 0.5;\n"
+            "param x: 1 2 := 1 3 2 2 1 7 3 -2.5 1 4 6 0.125; end;\n");
   WriteFile(directory / "m.lp",
             "minimize\n o: rss\nsubject to\n f1: 3 b(1) + 2 b(2) = 1.25\n f2: b(1) + 7 b(2) = 2\n"
             " f3: - 2.5 b(1) + b(2) = -4\n f4: 6 b(1) + 0.125 b(2) = 0.5\n"
