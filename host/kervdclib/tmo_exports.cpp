@@ -20,11 +20,16 @@ const InstanceData* DataOf(void* handle) {
   return Of(handle).Data();
 }
 
+// The zero-based number of the caller's row or column; -1 when there can be none.
+std::int32_t ZeroBased(const ModelObject& model, int number) {
+  return number < model.index_base ? -1 : number - model.index_base;
+}
+
 // The element with the caller's `number` in `elements`; null when there is none.
 template <class T>
 const T* Element(const ModelObject& model, const std::vector<T>& elements, int number) {
-  const std::int64_t index = std::int64_t{number} - model.index_base;
-  const bool within = index >= 0 && index < static_cast<std::int64_t>(elements.size());
+  const std::int32_t index = ZeroBased(model, number);
+  const bool within = index >= 0 && static_cast<std::size_t>(index) < elements.size();
   return within ? &elements[static_cast<std::size_t>(index)] : nullptr;
 }
 
@@ -166,7 +171,7 @@ int tmoGetColStat(void* handle, int column, int* entries, int* quadratic, int* n
 void tmoGetColJacInfoOne(void* handle, int column, void** cursor, double* value, int* row,
                          int* nonlinear) {
   ModelObject& model = Of(handle);
-  const ModelObject::Entry entry = model.NextEntry(column - model.index_base, cursor);
+  const ModelObject::Entry entry = model.NextEntry(ZeroBased(model, column), cursor);
   *value = entry.value;
   *row = entry.row + model.index_base;
   *nonlinear = 0;
@@ -202,7 +207,7 @@ int tmoSetSolutionVarRec(void* handle, int column, double level, double marginal
                          int status) {
   return Guarded(1, [&] {
     ModelObject& model = Of(handle);
-    return model.SetColumn(column - model.index_base, level, marginal, basis, status) ? 0 : 1;
+    return model.SetColumn(ZeroBased(model, column), level, marginal, basis, status) ? 0 : 1;
   });
 }
 
@@ -210,7 +215,7 @@ int tmoSetSolutionEquRec(void* handle, int row, double level, double marginal, i
                          int status) {
   return Guarded(1, [&] {
     ModelObject& model = Of(handle);
-    return model.SetRow(row - model.index_base, level, marginal, basis, status) ? 0 : 1;
+    return model.SetRow(ZeroBased(model, row), level, marginal, basis, status) ? 0 : 1;
   });
 }
 
