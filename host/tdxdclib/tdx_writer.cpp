@@ -1,12 +1,14 @@
 #include "host/tdxdclib/tdx_writer.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <exception>
+#include <fstream>
 #include <system_error>
 #include <utility>
 
-#include "host/common/text_file.h"
 #include "host/common/short_string.h"
+#include "host/common/text_file.h"
 #include "host/tdxdclib/tdx_version.h"
 #include "host/tdxdclib/temporary_file.h"
 
@@ -47,6 +49,13 @@ fs::path ResolvedTarget(const fs::path& target) {
     throw FileError("it is not a regular file");
   }
   return resolved;
+}
+
+// Makes the empty file. SQLite could do that, but only the system says why it can't.
+void CreateEmptyFile(const fs::path& file) {
+  errno = 0;
+  if (std::ofstream(file, std::ios::binary).is_open()) return;
+  throw FileError(errno == 0 ? "it can't be created" : std::generic_category().message(errno));
 }
 
 }  // namespace
@@ -90,6 +99,7 @@ bool TdxWriter::Open(std::string_view file_name, std::string_view producer) {
     target_ = FromUtf8(file_name);
     target_ = ResolvedTarget(target_);
     temporary_ = MakeTemporaryName(target_);
+    CreateEmptyFile(temporary_);
     database_ = std::make_unique<TdxDatabase>(temporary_, std::string(producer),
                                               std::string(kTdxLibraryVersion));
   });
@@ -186,7 +196,7 @@ bool TdxWriter::PutInPlace() {
     return Fail("symbol " + Quoted(symbols_.back().name) + " is not done");
   }
   return OnFile([&] { database_->Finish(symbols_, labels_); }) &&
-         OnFile([&] { ReplaceFile(temporary_, target_); });
+         OnFile([&] { MoveOver(temporary_, target_); });
 }
 
 bool TdxWriter::Close() {

@@ -172,7 +172,7 @@ TEST(TdxLibrary, TargetsThatCannotBeWritten) {
   testing_support::WriteFile(directory / "file", "");
   fs::create_directory(directory / "taken.tdx");
   const std::pair<std::string, std::string> cases[] = {
-      {"missing/linfit.tdx", "unable to open"},
+      {"missing/linfit.tdx", "No such file or directory"},
       {"file/linfit.tdx", ""},  // the system's own text
       {"taken.tdx", "not a regular file"},
   };
