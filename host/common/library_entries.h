@@ -5,6 +5,7 @@
 #include <array>
 #include <cstddef>
 #include <initializer_list>
+#include <memory>
 #include <span>
 #include <string_view>
 
@@ -62,7 +63,8 @@ void Guarded(Body body) noexcept {
 // The create and free entries: a null handle says that there is no object.
 template <class Object>
 void CreateObject(void** handle) noexcept {
-  *handle = Guarded<void*>(nullptr, [] { return static_cast<void*>(new Object); });
+  *handle = Guarded<void*>(nullptr,
+                           [] { return static_cast<void*>(std::make_unique<Object>().release()); });
 }
 template <class Object>
 void FreeObject(void** handle) noexcept {

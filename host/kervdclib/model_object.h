@@ -51,7 +51,7 @@ class ModelObject {
       *cursor = nullptr;
       EndColumn(column);
     } else {
-      *cursor = reinterpret_cast<void*>(at + 1);
+      *cursor = reinterpret_cast<void*>(at + 1);  // NOLINT(performance-no-int-to-ptr)
     }
     return entry;
   }
