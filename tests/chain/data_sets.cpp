@@ -1,7 +1,9 @@
 #include "tests/chain/data_sets.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <cstddef>
 #include <stdexcept>
 
 #include "tests/support/program.h"
@@ -185,6 +187,37 @@ std::string TableWithPowers(const DataSet& set) {
     text += "\n";
   }
   return text;
+}
+
+Observations ReadObservations(const DataSet& set) {
+  const std::vector<std::string> lines = Lines(ReadFile(DataFile(set)));
+  const std::vector<std::string> header = Split(lines.at(0));
+  const auto number = [&header](const std::vector<std::string>& fields, const std::string& column) {
+    const auto place = std::find(header.begin(), header.end(), column) - header.begin();
+    return std::stod(fields.at(static_cast<std::size_t>(place)));
+  };
+  Observations observations;
+  observations.columns.resize(CoefficientItems(set).size());
+  for (std::size_t i = 1; i < lines.size(); ++i) {
+    const std::vector<std::string> fields = Split(lines[i]);
+    std::vector<std::string> labels{std::to_string(i)};
+    if (!set.labels.empty()) {
+      labels.assign(fields.begin(),
+                    fields.begin() + static_cast<std::ptrdiff_t>(set.labels.size()));
+    }
+    // Trailing blanks of a label don't count.
+    for (std::string& label : labels) label.erase(label.find_last_not_of(' ') + 1);
+    observations.labels.push_back(std::move(labels));
+    observations.response.push_back(number(fields, set.response));
+    for (int power = 1; power <= set.degree; ++power) {
+      observations.columns[static_cast<std::size_t>(power) - 1].push_back(
+          std::pow(number(fields, "x"), power));
+    }
+    for (std::size_t j = 0; j < set.regressors.size(); ++j) {
+      observations.columns[j].push_back(number(fields, set.regressors[j]));
+    }
+  }
+  return observations;
 }
 
 std::string SolverOptions(const DataSet& set) {

@@ -37,6 +37,14 @@ std::string TableWithPowers(const DataSet& set);
 // Options with which every set is accepted.
 std::string SolverOptions(const DataSet& set);
 
+// The numbers of a set as the model hands them to the solver.
+struct Observations {
+  std::vector<std::vector<std::string>> labels;  // of each observation
+  std::vector<double> response;
+  std::vector<std::vector<double>> columns;  // one per coefficient item
+};
+Observations ReadObservations(const DataSet& set);
+
 std::filesystem::path DataFile(const DataSet& set);
 
 // The value of `quantity` ("estimate", "rss", "confint 0.95 LO") per item; the item of a scalar is
