@@ -43,3 +43,9 @@ function(linfit_windows_resources target)
     target_sources(${target} PRIVATE ${PROJECT_SOURCE_DIR}/packaging/windows/program.rc)
   endif()
 endfunction()
+
+# The generic names lead to whichever LAPACK the system has chosen, and not to one with threads of its
+# own that happens to be installed. A cross build passes LAPACK_LIBRARIES.
+if(NOT DEFINED BLA_VENDOR)
+  set(BLA_VENDOR Generic)
+endif()

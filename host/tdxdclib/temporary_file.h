@@ -17,6 +17,6 @@ int CurrentProcessNumber();
 bool ProcessExists(int number);
 // Renames `from` to `to`, in one step; a file that has the name already is replaced. Throws
 // std::system_error.
-void ReplaceFile(const std::filesystem::path& from, const std::filesystem::path& to);
+void MoveOver(const std::filesystem::path& from, const std::filesystem::path& to);
 
 }  // namespace host

@@ -15,7 +15,7 @@ bool ProcessExists(int number) {
   return kill(number, 0) == 0 || errno != ESRCH;
 }
 
-void ReplaceFile(const std::filesystem::path& from, const std::filesystem::path& to) {
+void MoveOver(const std::filesystem::path& from, const std::filesystem::path& to) {
   std::filesystem::rename(from, to);
 }
 

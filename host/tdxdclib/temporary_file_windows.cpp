@@ -18,7 +18,7 @@ bool ProcessExists(int number) {
   return runs;
 }
 
-void ReplaceFile(const std::filesystem::path& from, const std::filesystem::path& to) {
+void MoveOver(const std::filesystem::path& from, const std::filesystem::path& to) {
   if (MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING) == 0) {
     throw std::filesystem::filesystem_error(
         "cannot rename", from, to,
