@@ -185,11 +185,25 @@ def solver_table(build, directory):
     return lines
 
 
+# Steps that the timing file tells by the status line before which they end.
+STEP_BEFORE_LINE = [("DGELS", "factor"), ("DPOTRI", "factor"), ("bratio", "statistics"), ("gammad", "statistics"),
+                    ("Parameter", "statistics"), ("", "report")]
+RESULTS_STEP = "estimate, report, results file"
+
+
 def read_steps(file):
+    """Seconds of each step of one run, steps of one name added up."""
+    steps = {}
     with open(file, encoding="utf-8") as lines:
         for line in lines:
             seconds, step = line.rstrip("\n").split("\t", 1)
-            yield step, float(seconds)
+            if step.startswith("before the line: "):
+                text = step.removeprefix("before the line: ")
+                step = next(name for start, name in STEP_BEFORE_LINE if text.startswith(start))
+            elif step == RESULTS_STEP and "factor" in steps:
+                step = "results file"
+            steps[step] = steps.get(step, 0.0) + float(seconds)
+    return steps.items()
 
 
 def overview(results):

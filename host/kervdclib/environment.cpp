@@ -1,5 +1,6 @@
 #include "host/kervdclib/environment.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <locale>
 #include <sstream>
@@ -89,6 +90,7 @@ void Environment::StatOwnLine(std::string_view line) {
 }
 
 void Environment::Stat(std::string_view line) {
+  EndLongStepBefore(line);
   status_ << line << '\n';
   line_begun_ = false;
   FlushStatus();
@@ -113,6 +115,14 @@ void Environment::EndStep(std::string_view step) {
   const Clock::time_point now = Clock::now();
   const std::chrono::duration<double> time = now - std::exchange(last_step_, now);
   steps_.emplace_back(time.count(), step);
+}
+
+void Environment::EndLongStepBefore(std::string_view line) {
+  constexpr std::chrono::milliseconds kLong(1);
+  if (!control_.timing.empty() && Clock::now() - last_step_ >= kLong) {
+    const std::size_t first = std::min(line.find_first_not_of(' '), line.size());
+    EndStep("before the line: " + std::string(line.substr(first)));
+  }
 }
 
 void Environment::WriteTiming() {

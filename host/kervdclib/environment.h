@@ -48,6 +48,9 @@ class Environment {
 
   void EndLine();
   void FlushStatus();
+  // What takes longer than a millisecond before a status line is a step of its own in the timing
+  // file.
+  void EndLongStepBefore(std::string_view line);
   void WriteTiming();
 
   bool initialized_ = false;
