@@ -191,6 +191,26 @@ STEP_BEFORE_LINE = [("DGELS", "factor"), ("DPOTRI", "factor"), ("bratio", "stati
 RESULTS_STEP = "estimate, report, results file"
 
 
+GROWTH = [250_000, 500_000, 1_000_000, 2_000_000, 4_000_000]
+
+
+def growth_table(build, directory):
+    """The whole run on tables of more and more rows: time and memory are to grow in proportion."""
+    lines = ["Growth with the number of rows, 25 coefficients, from the table to the results file.", "",
+             "| rows | seconds | microseconds a row | peak MB | bytes a number |",
+             "| --- | ---: | ---: | ---: | ---: |"]
+    for n in GROWTH:
+        table = str(pathlib.Path(directory) / "growth.csv")
+        subprocess.run([str(build / "bench" / "make_table"), str(n), "25", table], check=True)
+        command = [str(build / "bin" / "tavolite"), "solve", table, "--response", "y", "--quiet"]
+        runs = [measure(command, directory, {}) for _ in range(3)]
+        os.remove(table)
+        seconds = min(run[0] for run in runs)
+        peak = max(run[1] for run in runs)
+        lines.append(f"| {n} | {seconds:.2f} | {seconds / n * 1e6:.2f} | {peak:.0f} | {peak * 1e6 / (n * 25):.1f} |")
+    return lines
+
+
 def read_steps(file):
     """Seconds of each step of one run, steps of one name added up."""
     steps = {}
@@ -275,11 +295,12 @@ def main():
             results[name] = run_size(build, name, found, arguments.repeat, directory)
             print(f"{name}: " + ", ".join(f"{k} {v:.3f} s" for k, v in results[name]["times"].items()), flush=True)
         alone = solver_table(build, directory)
+        growth = growth_table(build, directory)
     finally:
         shutil.rmtree(directory, ignore_errors=True)
     text = ["# Bench results", "",
             f"{datetime.date.today().isoformat()}, {machine()}. Made by `make bench`.", "", *versions(found), "",
-            *overview(results), "", *step_table(results), "", *alone, ""]
+            *overview(results), "", *step_table(results), "", *alone, "", *growth, ""]
     print("\n".join(text))
     if arguments.results:
         arguments.results.write_text("\n".join(text), encoding="utf-8")
