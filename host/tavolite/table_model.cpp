@@ -19,9 +19,9 @@ namespace host {
 namespace {
 
 constexpr std::int32_t kFitSymbol = 0;
-constexpr std::int32_t kCoefficientSymbol = 1;
-constexpr std::int32_t kObjectiveRowSymbol = 2;
-constexpr std::int32_t kObjectiveColumnSymbol = 3;
+constexpr std::int32_t kObjectiveRowSymbol = 1;
+constexpr std::int32_t kObjectiveColumnSymbol = 2;
+constexpr int kOwnSymbols = 3;
 
 using RowList = std::shared_ptr<const std::vector<std::int32_t>>;
 
@@ -154,7 +154,7 @@ class ModelMaker {
   void StartModel() {
     Model& model = result_.model;
     const auto objective_row = static_cast<std::int32_t>(Rows());
-    model.dictionary.symbols = {"fit", "coeff", "objective", "rss"};
+    model.dictionary.symbols = {"fit", "objective", "rss"};
     model.row_types.assign(Rows() + 1, RowType::kEqual);
     model.row_types.back() = RowType::kFree;
     model.objective_row = objective_row;
@@ -167,16 +167,26 @@ class ModelMaker {
     all_rows_ = AllRows(Rows());
   }
 
-  void AddColumn(const std::string& label, RowList rows, std::vector<double> values) {
-    if (!coefficients_.insert(label).second) {
-      throw InputError(where_ + "two coefficients would have the name \"" + Excerpt(label) + "\"");
+  void AddColumn(const std::string& name, RowList rows, std::vector<double> values) {
+    if (!coefficients_.insert(name).second) {
+      throw InputError(where_ + "two coefficients would have the name \"" + Excerpt(name) + "\"");
     }
     Model& model = result_.model;
     model.columns.push_back({.rows = std::move(rows), .values = std::move(values)});
+    // Each coefficient is a variable of its own, so that reports and results show just its name.
     ElementNames& names = model.column_names;
-    names.symbol.push_back(kCoefficientSymbol);
-    names.label.push_back(table_.data.label_texts.NumberOf(label));
-    names.first.push_back(static_cast<std::int32_t>(names.label.size()));
+    names.symbol.push_back(SymbolNumber(name));
+    names.first.push_back(0);
+  }
+
+  // A regressor may be called like one of the model's own symbols; any other name is new.
+  std::int32_t SymbolNumber(const std::string& name) {
+    std::vector<std::string>& symbols = result_.model.dictionary.symbols;
+    const auto own_end = symbols.begin() + kOwnSymbols;
+    const auto own = std::find(symbols.begin(), own_end, name);
+    if (own != own_end) return static_cast<std::int32_t>(own - symbols.begin());
+    symbols.push_back(name);
+    return static_cast<std::int32_t>(symbols.size() - 1);
   }
 
   void AddNumbers(const Regressor& regressor) {
@@ -257,29 +267,14 @@ class ModelMaker {
     names.first.back() = names.first[Rows()];
   }
 
-  // Row numbers as labels. They are distinct among themselves; only a coefficient can have such a
-  // name already.
+  // Row numbers as labels; nothing else is one then.
   void NumberRows(ElementNames& names) {
     std::vector<std::string>& texts = table_.data.label_texts.texts;
-    std::unordered_map<std::string, std::int32_t> numeric;
-    for (std::size_t i = 0; i < texts.size(); ++i) {
-      if (texts[i].front() >= '0' && texts[i].front() <= '9') {
-        numeric.emplace(texts[i], static_cast<std::int32_t>(i));
-      }
-    }
-    texts.reserve(texts.size() + Rows());
+    texts.reserve(Rows());
     names.label.reserve(Rows());
     for (const std::int32_t number : table_.data.row_numbers) {
-      char text[16];
-      const std::string_view label(text, std::to_chars(text, text + sizeof text, number).ptr);
-      if (!numeric.empty()) {
-        if (const auto known = numeric.find(std::string(label)); known != numeric.end()) {
-          names.label.push_back(known->second);
-          continue;
-        }
-      }
       names.label.push_back(static_cast<std::int32_t>(texts.size()));
-      texts.emplace_back(label);
+      texts.push_back(std::to_string(number));
     }
   }
 

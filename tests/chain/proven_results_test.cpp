@@ -66,6 +66,18 @@ void KeepReport(const DataSet& set, const std::string& report) {
   WriteFile(std::filesystem::path(LINFIT_REPORT_DIR) / (set.name + ".txt"), report);
 }
 
+// The report without the names in its first 17 columns: a table's coefficients have no symbol
+// around them.
+std::string WithoutNames(const std::string& report) {
+  std::string text;
+  bool in_table = true;
+  for (const std::string& line : testing_support::Lines(report)) {
+    in_table = in_table && !line.starts_with("     ---");
+    text += (in_table ? line.substr(17) : line) + "\n";
+  }
+  return text;
+}
+
 class CertifiedSet : public testing::TestWithParam<DataSet> {};
 
 TEST_P(CertifiedSet, ReachesItsDigitsByModelAndByTable) {
@@ -90,7 +102,7 @@ TEST_P(CertifiedSet, ReachesItsDigitsByModelAndByTable) {
   SolveTable(set, by_table);
   ASSERT_EQ(by_table.result.exit_code, 0) << by_table.result.out << by_table.result.err;
   if (!perfect_fit) {
-    EXPECT_EQ(by_table.Report(set.name + ".lst"), report);
+    EXPECT_EQ(WithoutNames(by_table.Report(set.name + ".lst")), WithoutNames(report));
   } else {
     EXPECT_GE(WorstDigits(by_table.Symbol("estimate"), Expected(set, "estimate")),
               set.correct_digits - 0.3);
@@ -118,7 +130,7 @@ TEST_P(RealSet, AgreesWithRByModelAndByTable) {
   Solve by_table;
   SolveTable(set, by_table);
   ASSERT_EQ(by_table.result.exit_code, 0) << by_table.result.out << by_table.result.err;
-  EXPECT_EQ(by_table.Report(set.name + ".lst"), report);
+  EXPECT_EQ(WithoutNames(by_table.Report(set.name + ".lst")), WithoutNames(report));
   EXPECT_EQ(by_table.Symbol("resid"), solve.Symbol("resid"));
 }
 

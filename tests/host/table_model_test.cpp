@@ -66,9 +66,8 @@ std::string Failure(const std::string& text, const TableOptions& options, std::s
 
 TEST(TableModelTest, SignsNamesAndOptionFile) {
   const TableModel made = FromText("y,x,z\n10,1,2\n-20,0,3.5\n30,4,-5\n", Response("y"));
-  const std::vector<std::string> expected{
-      "fit(1): y=10 coeff(x)=1 coeff(z)=2", "fit(2): y=-20 coeff(x)=0 coeff(z)=3.5",
-      "fit(3): y=30 coeff(x)=4 coeff(z)=-5", "objective: y=0 rss=-1"};
+  const std::vector<std::string> expected{"fit(1): y=10 x=1 z=2", "fit(2): y=-20 x=0 z=3.5",
+                                          "fit(3): y=30 x=4 z=-5", "objective: y=0 rss=-1"};
   EXPECT_EQ(Rows(made.model), expected);
   EXPECT_EQ(made.model.row_types[0], RowType::kEqual);
   EXPECT_EQ(made.model.row_types[3], RowType::kFree);
@@ -101,9 +100,8 @@ TEST(TableModelTest, RowsWithMissingValuesAreLeftOutAndCounted) {
   options.drop = {"unused"};
   const TableModel made = FromText(
       "y,x,unused\n1,1,NA\n2,,0\n3,nan,0\n4,2,\n\nNA,5,0\n6,7,inf\n,,\n8,8,text\n", options);
-  const std::vector<std::string> expected{"fit(1): y=1 coeff(x)=1", "fit(4): y=4 coeff(x)=2",
-                                          "fit(6): y=6 coeff(x)=7", "fit(8): y=8 coeff(x)=8",
-                                          "objective: y=0 rss=-1"};
+  const std::vector<std::string> expected{"fit(1): y=1 x=1", "fit(4): y=4 x=2", "fit(6): y=6 x=7",
+                                          "fit(8): y=8 x=8", "objective: y=0 rss=-1"};
   EXPECT_EQ(Rows(made.model), expected);
   ASSERT_EQ(made.notes.size(), 1U);
   EXPECT_EQ(made.notes[0],
@@ -120,15 +118,15 @@ TEST(TableModelTest, LabelsKeyTheRows) {
       "land,year,y,x\n\"a,\"\"b\"\"  "
       "\",2001,1,2\nNA,2001,3,5\n\"a,\"\"b\"\"\",2002,4,6\n,2002,5,6\n",
       options);
-  EXPECT_EQ(Rows(made.model)[0], R"(fit('a,"b"',2001): y=1 coeff(x)=2)");
-  EXPECT_EQ(Rows(made.model)[1], "fit(NA,2001): y=3 coeff(x)=5");
-  EXPECT_EQ(Rows(made.model)[2], R"(fit('a,"b"',2002): y=4 coeff(x)=6)");
+  EXPECT_EQ(Rows(made.model)[0], R"(fit('a,"b"',2001): y=1 x=2)");
+  EXPECT_EQ(Rows(made.model)[1], "fit(NA,2001): y=3 x=5");
+  EXPECT_EQ(Rows(made.model)[2], R"(fit('a,"b"',2002): y=4 x=6)");
   EXPECT_EQ(made.notes.size(), 1U);  // the empty label
   EXPECT_EQ(Failure("land,year,y,x\nA,1,1,2\n\nB,1,2,3\nA,2,3,4\nA ,1,3,5\n", options),
             "t.csv:6: the label \"A,1\" is the same as at t.csv:2");
   options.regressors = {"x", "year"};  // a label may be a regressor too
   EXPECT_EQ(Rows(FromText("land,year,y,x\nA,1,1,2\nB,1,2,3\nC,2,2,3\n", options).model)[2],
-            "fit(C,2): y=2 coeff(x)=3 coeff(year)=2");
+            "fit(C,2): y=2 x=3 year=2");
 }
 
 TEST(TableModelTest, FactorsGiveOneColumnPerLevelButTheFirst) {
@@ -136,10 +134,10 @@ TEST(TableModelTest, FactorsGiveOneColumnPerLevelButTheFirst) {
   options.factors = {"f", "n"};
   const TableModel made = FromText(
       "y,f,x,n\n1,b,1,10\n2,\"NA\",2,9\n3,a,3,9\n4,NA,4,9\n5,b,5,100\n6,a,7,9\n7,b,8,9\n", options);
-  EXPECT_EQ(Rows(made.model)[0], "fit(1): y=1 coeff(f=b)=1 coeff(x)=1 coeff(n=10)=1");
-  EXPECT_EQ(Rows(made.model)[1], "fit(2): y=2 coeff(x)=2");
-  EXPECT_EQ(Rows(made.model)[2], "fit(3): y=3 coeff(f=a)=1 coeff(x)=3");
-  EXPECT_EQ(Rows(made.model)[3], "fit(5): y=5 coeff(f=b)=1 coeff(x)=5 coeff(n=100)=1");
+  EXPECT_EQ(Rows(made.model)[0], "fit(1): y=1 f=b=1 x=1 n=10=1");
+  EXPECT_EQ(Rows(made.model)[1], "fit(2): y=2 x=2");
+  EXPECT_EQ(Rows(made.model)[2], "fit(3): y=3 f=a=1 x=3");
+  EXPECT_EQ(Rows(made.model)[3], "fit(5): y=5 f=b=1 x=5 n=100=1");
   EXPECT_EQ(made.notes[1], "factor f: 3 levels, measured against NA");
   EXPECT_EQ(made.notes[2], "factor n: 3 levels, measured against 9");
 }
@@ -148,21 +146,21 @@ TEST(TableModelTest, ChoiceOfColumnsAndIntercept) {
   const std::string text = "one,y,\"a,b\",c,\n1,1,2,3,x\n1,2,4,5,y\n1,3,7,5,z\n";
   TableOptions options = Response("y");
   TableModel made = FromText(text, options);
-  EXPECT_EQ(Rows(made.model)[0], "fit(1): y=1 coeff(one)=1 coeff('a,b')=2 coeff(c)=3");
+  EXPECT_EQ(Rows(made.model)[0], "fit(1): y=1 one=1 a,b=2 c=3");
   EXPECT_EQ(made.notes[0], "column 5 has no name and is left out");
   options.regressors = {"c", "a,b"};
   made = FromText(text, options);
-  EXPECT_EQ(Rows(made.model)[0], "fit(1): y=1 coeff(c)=3 coeff('a,b')=2");
+  EXPECT_EQ(Rows(made.model)[0], "fit(1): y=1 c=3 a,b=2");
   options.intercept = Intercept::kNever;
   EXPECT_EQ(FromText(text, options).option_file,
             "* Written by tavolite to fit the table\nADD_CONSTANT_TERM 0\nMAXN 3\nMAXP 2\n");
   options.intercept = Intercept::kAlways;
   EXPECT_EQ(FromText(text, options).option_file,
             "* Written by tavolite to fit the table\nADD_CONSTANT_TERM 1\nMAXN 3\nMAXP 3\n");
-  // A row number that is a column's name as well is one label.
-  made = FromText("y,2\n1,2\n2,3\n", Response("y"));
-  EXPECT_EQ(Rows(made.model)[1], "fit(2): y=2 coeff(2)=3");
-  EXPECT_EQ(made.model.dictionary.labels, (std::vector<std::string>{"2", "1"}));
+  // A regressor may be named like a symbol of the model or like a row.
+  made = FromText("y,2,rss\n1,2,4\n2,3,4\n3,3,5\n", Response("y"));
+  EXPECT_EQ(Rows(made.model)[1], "fit(2): y=2 2=3 rss=4");
+  EXPECT_EQ(made.model.dictionary.labels, (std::vector<std::string>{"1", "2", "3"}));
 }
 
 TEST(TableModelTest, OptionsThatDontFit) {
@@ -233,9 +231,9 @@ TEST(TableModelTest, QueriesGiveTheSameAsText) {
   TableOptions options = Response("y");
   options.labels = {"k"};
   const TableModel made = ReadTableModel(file, "select k, y, x from t order by k desc;", options);
-  const std::vector<std::string> expected{"fit(f): y=9.0072e+15 coeff(x)=-1",
-                                          "fit(d): y=4 coeff(x)=1", "fit(b): y=2 coeff(x)=3",
-                                          "fit(a): y=1 coeff(x)=2.5", "objective: y=0 rss=-1"};
+  const std::vector<std::string> expected{"fit(f): y=9.0072e+15 x=-1", "fit(d): y=4 x=1",
+                                          "fit(b): y=2 x=3", "fit(a): y=1 x=2.5",
+                                          "objective: y=0 rss=-1"};
   EXPECT_EQ(Rows(made.model), expected);
   EXPECT_EQ(made.notes.at(0),
             "2 of 6 rows have missing values and are left out, the first of them in row 2");
