@@ -59,12 +59,15 @@ void Run(SolverRun& run, std::string_view argument) {
 
 int main(int argc, char** argv) {
   linfit::SolverRun run;
+  bool enough_memory = true;
   try {
     linfit::Run(run, linfit::FirstArgument(argc, argv));
   } catch (const std::bad_alloc&) {
-    linfit::StopWithoutMemory(run);
+    enough_memory = false;
   } catch (const std::length_error&) {
-    linfit::StopWithoutMemory(run);
+    enough_memory = false;
   }
+  // Outside the handlers, so that the exceptions are gone when the process ends.
+  if (!enough_memory) linfit::StopWithoutMemory(run);
   linfit::Stop();
 }
