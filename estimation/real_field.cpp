@@ -20,11 +20,19 @@ std::string Text(double value, std::chars_format format, int digits) {
   return text;
 }
 
+// 10 to the minus `exponent`, the nearest double: the powers up to 1e22 are exact, and one division
+// rounds once. std::pow need not.
+double NegativePowerOfTen(int exponent) {
+  double power = 1.0;
+  for (int i = 0; i < exponent; ++i) power *= 10.0;
+  return 1.0 / power;
+}
+
 std::string NumberText(double value, int width, int digits) {
   if (std::isnan(value)) return "NaN";
   if (std::isinf(value)) return value > 0.0 ? "Infinity" : "-Infinity";
   if (value == 0.0) value = 0.0;  // minus zero
-  if (value == 0.0 || std::abs(value) >= std::pow(10.0, 2 - digits)) {
+  if (value == 0.0 || std::abs(value) >= NegativePowerOfTen(digits - 2)) {
     std::string fixed = Text(value, std::chars_format::fixed, digits);
     if (fixed.size() <= static_cast<std::size_t>(width)) return fixed;
   }

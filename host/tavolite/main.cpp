@@ -76,6 +76,7 @@ host::SolveOptions ToOptions(const SolveArguments& arguments) {
 
 int Run(std::vector<std::string> arguments) {
   CLI::App app("Linear least-squares regression from model files and tables", "tavolite");
+  app.allow_windows_style_options(false);  // "/data/a.mod" is a path
   app.set_version_flag("--version", kVersion);
   app.require_subcommand(1);
   SolveArguments solve_arguments;

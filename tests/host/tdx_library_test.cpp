@@ -238,7 +238,7 @@ TEST(TdxLibrary, ProcessesThatEndEarly) {
   testing_support::WriteFile(file, "earlier");
   EXPECT_EQ(RunProgram(TDX_PROGRAM, {Utf8(file), "exit", "20000"}).exit_code, 0);
   EXPECT_EQ(Files(directory.Path()), std::set<std::string>{"linfit.tdx"});
-  EXPECT_NE(RunProgram(TDX_PROGRAM, {Utf8(file), "abort", "20000"}).exit_code, 0);
+  EXPECT_NE(RunProgram(TDX_PROGRAM, {Utf8(file), "kill", "20000"}).exit_code, 0);
   EXPECT_EQ(testing_support::ReadFile(file), "earlier");
 
   // What the killed one left goes when the next one comes, but not at once.

@@ -1,9 +1,10 @@
 // Writes a results file and ends as the second argument says: "close" it, "exit" without, or be
-// killed ("abort"). The third is the number of records. Prints what the library says.
+// killed ("kill"). The third is the number of records. Prints what the library says.
 #include <cstdio>
 #include <cstdlib>
 
 #include "tests/host/tdx_session.h"
+#include "tests/support/process.h"
 
 int main(int argc, char** argv) {
   if (argc != 4) return 2;
@@ -13,7 +14,7 @@ int main(int argc, char** argv) {
   session->Start("resid", 1);
   for (int i = 0; i < std::atoi(argv[3]); ++i) session->Record({"r" + std::to_string(i)}, i);
   session->Done();
-  if (end == "abort") std::abort();
+  if (end == "kill") testing_support::KillThisProcess();
   if (end == "exit") std::exit(0);
   const bool closed = session->Close();
   std::printf("%s %d %s\n", closed ? "closed" : "failed", session->ErrorCount(),

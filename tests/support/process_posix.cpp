@@ -1,4 +1,5 @@
 #include <fcntl.h>
+#include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -58,6 +59,11 @@ void SetVariable(const std::string& name, const std::string& value) {
 
 int ProcessNumber() {
   return static_cast<int>(getpid());
+}
+
+void KillThisProcess() {
+  kill(getpid(), SIGKILL);
+  std::abort();  // not reached
 }
 
 }  // namespace testing_support

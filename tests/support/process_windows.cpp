@@ -97,4 +97,9 @@ int ProcessNumber() {
   return static_cast<int>(GetCurrentProcessId());
 }
 
+void KillThisProcess() {
+  TerminateProcess(GetCurrentProcess(), 137);
+  std::abort();  // not reached
+}
+
 }  // namespace testing_support
