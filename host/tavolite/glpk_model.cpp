@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <string>
+#include <unordered_map>
 #include <utility>
 
 #include "host/common/text_file.h"
@@ -181,14 +182,35 @@ std::vector<std::pair<std::int32_t, double>> Entries(glp_prob* problem, int j,
   return entries;
 }
 
-void AddColumns(glp_prob* problem, const RowNumbers& numbers, double sign,
-                const Objective& objective, NameStyle style, DictionaryBuilder& dictionary,
-                Model& model) {
+// GLPK's columns in the order in which the model declares their variables: by itself GLPK numbers
+// the terms of a sum that is written out from the last to the first.
+std::vector<int> ColumnOrder(glp_prob* problem, const std::vector<std::string>& variables,
+                             NameStyle style) {
+  std::unordered_map<std::string, std::size_t> places;
+  for (const std::string& name : variables) places.emplace(name, places.size());
+  std::vector<std::pair<std::size_t, int>> order;
+  for (int j = 1; j <= glp_get_num_cols(problem); ++j) {
+    const ParsedName name = ParseName(NameOrEmpty(glp_get_col_name(problem, j)), style);
+    const auto place = places.find(name.symbol);
+    order.emplace_back(place == places.end() ? places.size() : place->second, j);
+  }
+  std::sort(order.begin(), order.end());
+  std::vector<int> columns;
+  for (const auto& [place, j] : order) columns.push_back(j);
+  return columns;
+}
+
+void AddColumns(glp_prob* problem, const std::vector<int>& order, const RowNumbers& numbers,
+                double sign, const Objective& objective, NameStyle style,
+                DictionaryBuilder& dictionary, Model& model) {
   std::vector<int> row_buffer;
   std::vector<double> value_buffer;
   std::vector<std::int32_t> rows;
-  for (int j = 1; j <= glp_get_num_cols(problem); ++j) {
+  for (const int j : order) {
     const std::string name = NameOrEmpty(glp_get_col_name(problem, j));
+    if (j == objective.column) {
+      model.objective_column = static_cast<std::int32_t>(model.columns.size());
+    }
     if (glp_get_col_kind(problem, j) != GLP_CV) {
       throw InputError("variable " + name + " is integer: only continuous ones can be estimated");
     }
@@ -257,10 +279,10 @@ Model ReadGlpkModel(const ModelSource& source, ReaderNotes& notes) {
     const RowNumbers numbers(problem.get(), objective);
     model.name = Utf8(source.model.stem());
     model.objective_row = numbers.Objective();
-    model.objective_column = objective.column - 1;
     DictionaryBuilder dictionary(model.dictionary);
     AddRows(problem.get(), numbers, sign, objective, style, dictionary, model);
-    AddColumns(problem.get(), numbers, sign, objective, style, dictionary, model);
+    AddColumns(problem.get(), ColumnOrder(problem.get(), notes.variables, style), numbers, sign,
+               objective, style, dictionary, model);
   } catch (const InputError& error) {
     throw InputError(Utf8(source.model) + ": " + error.what());
   }

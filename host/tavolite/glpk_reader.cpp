@@ -25,6 +25,13 @@ std::string ReadWholeFile(const fs::path& file) {
   return text;
 }
 
+// What a model printed. GLPK writes text files in the system's form.
+std::string ReadOutput(const std::string& file) {
+  std::string text = ReadWholeFile(FromUtf8(file));
+  for (std::size_t at = 0; (at = text.find("\r\n", at)) != std::string::npos;) text.erase(at, 1);
+  return text;
+}
+
 // Makes a directory the current one until the end of the scope.
 class CurrentDirectory {
  public:
@@ -99,14 +106,14 @@ GlpkProblem ReadWithDisplay(GlpkSession& session, const std::string& text, const
   const fs::path copy = scratch / "model.mod";
   std::ofstream(copy, std::ios::binary) << WithVariableDisplay(text, scan, kMarker);
   MathProgFiles copied = files;
-  copied.model = copy.string();
+  copied.model = Utf8(copy);
   GlpkProblem problem;
   MathProgSteps steps;
   const bool done = Translate(session, copied, true, problem, steps);
   std::error_code ignored;
   fs::remove(copy, ignored);
   if (!done) return nullptr;
-  const std::string output = ReadWholeFile(files.output);
+  const std::string output = ReadOutput(files.output);
   const std::size_t end = output.rfind(std::string("\n") + kMarker);
   if (end == std::string::npos) return nullptr;
   notes.output = output.substr(0, end);
@@ -132,7 +139,7 @@ void Generate(GlpkSession& session, const MathProgFiles& files, const std::strin
     throw InputError(FailureLine(session.Messages(), in_data ? files.data : files.model,
                                  in_data ? shown_data : shown_model));
   }
-  notes.output = ReadWholeFile(files.output);
+  notes.output = ReadOutput(files.output);
 }
 
 }  // namespace
@@ -141,15 +148,16 @@ GlpkProblem ReadMathProg(GlpkSession& session, const fs::path& model, const fs::
                          const fs::path& scratch, ReaderNotes& notes) {
   const std::string text = ReadWholeFile(model);
   const MathProgText scan = ScanMathProg(text);
+  notes.variables = scan.variables;
   fs::path data_file = data;
   if (data_file.empty() && !scan.has_data_section) data_file = DataBeside(model, notes);
   if (!data_file.empty()) ReadWholeFile(data_file);
 
   MathProgFiles files;
-  files.model = model.filename().string();
-  if (!data_file.empty()) files.data = fs::absolute(data_file).string();
+  files.model = Utf8(model.filename());
+  if (!data_file.empty()) files.data = Utf8(fs::absolute(data_file));
   const fs::path output = fs::absolute(scratch) / "model.out";
-  files.output = output.string();
+  files.output = Utf8(output);
   GlpkProblem problem;
   {
     const fs::path absolute_scratch = fs::absolute(scratch);
@@ -164,8 +172,8 @@ GlpkProblem ReadMathProg(GlpkSession& session, const fs::path& model, const fs::
 
 GlpkProblem ReadMpsOrLp(GlpkSession& session, const fs::path& model, ModelFormat format) {
   ReadWholeFile(model).clear();
-  const std::string file = model.string();
-  const std::string shown = Utf8(model);
+  const std::string file = Utf8(model);
+  const std::string& shown = file;
   const auto read = [&](int mps_form, std::string& failure) {
     GlpkProblem problem(glp_create_prob());
     session.ForgetMessages();
