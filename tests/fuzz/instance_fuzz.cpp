@@ -46,15 +46,23 @@ host::Solution SmallSolution() {
   return solution;
 }
 
+struct GoodFile {
+  GoodFile() {
+    host::WriteInstance(SmallModel(), path);
+    host::WriteSolution(SmallSolution(), path);
+  }
+  GoodFile(const GoodFile&) = delete;
+  GoodFile& operator=(const GoodFile&) = delete;
+  ~GoodFile() {
+    std::error_code ignored;
+    std::filesystem::remove(path, ignored);
+  }
+  const std::filesystem::path path = fuzz::ScratchFile("good.db");
+};
+
 const std::filesystem::path& GoodInstance() {
-  static const std::filesystem::path kFile = [] {
-    std::filesystem::path file = fuzz::ScratchFile("good.db");
-    host::WriteInstance(SmallModel(), file);
-    host::WriteSolution(SmallSolution(), file);
-    std::atexit([] { std::filesystem::remove(GoodInstance()); });
-    return file;
-  }();
-  return kFile;
+  static const GoodFile kFile;
+  return kFile.path;
 }
 
 void BindValue(host::Statement& update, fuzz::Input& input) {

@@ -15,8 +15,6 @@ int RunProcess(const std::filesystem::path& program, const std::vector<std::stri
                const RunOptions& options, const std::filesystem::path& out,
                const std::filesystem::path& err);
 
-int ProcessNumber();
-
 // Ends this process at once, as when it is killed from outside: nothing is cleaned up.
 [[noreturn]] void KillThisProcess();
 

@@ -57,10 +57,6 @@ void SetVariable(const std::string& name, const std::string& value) {
   setenv(name.c_str(), value.c_str(), 1);
 }
 
-int ProcessNumber() {
-  return static_cast<int>(getpid());
-}
-
 void KillThisProcess() {
   kill(getpid(), SIGKILL);
   std::abort();  // not reached

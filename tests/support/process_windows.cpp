@@ -93,10 +93,6 @@ void SetVariable(const std::string& name, const std::string& value) {
   _putenv_s(name.c_str(), value.c_str());
 }
 
-int ProcessNumber() {
-  return static_cast<int>(GetCurrentProcessId());
-}
-
 void KillThisProcess() {
   TerminateProcess(GetCurrentProcess(), 137);
   std::abort();  // not reached

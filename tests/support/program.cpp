@@ -1,7 +1,7 @@
 #include "tests/support/program.h"
 
-#include <atomic>
 #include <fstream>
+#include <random>
 #include <sstream>
 #include <stdexcept>
 #include <system_error>
@@ -38,12 +38,12 @@ ProgramResult RunProgram(const std::filesystem::path& program,
 }
 
 TemporaryDirectory::TemporaryDirectory(const std::string& hint) {
-  static std::atomic<int> count = 0;
-  const std::filesystem::path name = FromUtf8("linfit-test-" + std::to_string(ProcessNumber()) +
-                                              "-" + std::to_string(++count) + hint);
-  path_ = std::filesystem::temp_directory_path() / name;
-  std::filesystem::remove_all(path_);
-  std::filesystem::create_directories(path_);
+  // A name that nobody has; process numbers come again soon on Windows.
+  std::random_device random;
+  do {
+    path_ = std::filesystem::temp_directory_path() /
+            FromUtf8("linfit-test-" + std::to_string(random()) + hint);
+  } while (!std::filesystem::create_directory(path_));
 }
 
 TemporaryDirectory::~TemporaryDirectory() {
