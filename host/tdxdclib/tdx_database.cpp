@@ -2,15 +2,17 @@
 
 #include <set>
 #include <string_view>
+#include <system_error>
+#include <utility>
 
 #include "host/common/tdx_schema.h"
+#include "host/tdxdclib/row_source.h"
 
 namespace host {
 
 namespace {
 
 constexpr std::size_t kBatchRecords = 8192;
-constexpr int kMaxDimension = 20;
 
 // The file is new and its name temporary: nothing is there to roll back to, and what a crash of the
 // machine leaves of it is never looked at.
@@ -26,20 +28,7 @@ constexpr const char* kTables =
     " records INTEGER NOT NULL, view TEXT NOT NULL);"
     "CREATE TABLE tdx_label(number INTEGER PRIMARY KEY, label TEXT NOT NULL);";
 
-// All labels in the order of their numbers.
-struct LabelRows {
-  static std::string Declaration() { return "CREATE TABLE x(label)"; }
-
-  const LabelTable* labels;
-
-  [[nodiscard]] std::size_t RowCount() const { return static_cast<std::size_t>(labels->Count()); }
-  void Result(sqlite3_context* context, std::size_t row, int) const {
-    const std::string_view text = labels->Text(static_cast<std::int32_t>(row) + 1);
-    sqlite3_result_text(context, text.data(), static_cast<int>(text.size()), SQLITE_STATIC);
-  }
-};
-
-const sqlite3_module kBatchModule = RowSource<RecordBatch>::Module();
+const sqlite3_module kRecordModule = RowSource<RecordRows>::Module();
 const sqlite3_module kLabelModule = RowSource<LabelRows>::Module();
 
 std::string DataTable(std::size_t symbol) {
@@ -99,29 +88,15 @@ std::string ViewDefinition(const std::string& view, std::size_t symbol, int dime
 
 }  // namespace
 
-// One table serves symbols of every dimension.
-std::string RecordBatch::Declaration() {
-  std::string columns = "value";
-  for (int k = 1; k <= kMaxDimension; ++k) columns += ", " + LabelColumn(k);
-  return "CREATE TABLE x(" + columns + ")";
-}
-
-void RecordBatch::Result(sqlite3_context* context, std::size_t row, int column) const {
-  if (column == 0) {
-    sqlite3_result_double(context, values[row]);  // an undefined value becomes NULL
-  } else {
-    const std::size_t first = row * static_cast<std::size_t>(dimension);
-    sqlite3_result_int(context, labels[first + static_cast<std::size_t>(column) - 1]);
-  }
-}
-
 TdxDatabase::TdxDatabase(const std::filesystem::path& file, const std::string& producer,
                          const std::string& library_version)
     : database_(file, Database::Mode::kCreate) {
   database_.Execute(kSettings);
   database_.Execute("PRAGMA application_id = " + std::to_string(kTdxApplicationId) +
                     "; PRAGMA user_version = " + std::to_string(kTdxSchemaVersion));
-  database_.Check(AddRowSource(database_.Connection(), "tdx_batch", kBatchModule, batch_));
+  sqlite3* connection = database_.Connection();
+  database_.Check(AddRowSource(connection, "tdx_new_records", kRecordModule, record_source_));
+  database_.Check(AddRowSource(connection, "tdx_new_labels", kLabelModule, label_source_));
   database_.Execute("BEGIN");
   database_.Execute(kTables);
   Statement(database_,
@@ -130,6 +105,9 @@ TdxDatabase::TdxDatabase(const std::filesystem::path& file, const std::string& p
       .Bind(2, producer)
       .Bind(3, library_version)
       .Run();
+  // SQLite numbers the rows of an empty table from 1 on; doing so is faster than being told.
+  insert_labels_ = std::make_unique<Statement>(
+      database_, "INSERT INTO tdx_label(label) SELECT label FROM tdx_new_labels");
 }
 
 void TdxDatabase::StartSymbol(std::size_t number, int dimension) {
@@ -142,36 +120,55 @@ void TdxDatabase::StartSymbol(std::size_t number, int dimension) {
   }
   database_.Execute("CREATE TABLE " + table + "(record INTEGER PRIMARY KEY, " + definitions +
                     "value REAL)");
-  insert_ = std::make_unique<Statement>(
-      database_,
-      "INSERT INTO " + table + "(" + columns + "value) SELECT " + columns + "value FROM tdx_batch");
-  batch_.dimension = dimension;
+  insert_records_ = std::make_unique<Statement>(database_, "INSERT INTO " + table + "(" + columns +
+                                                               "value) SELECT " + columns +
+                                                               "value FROM tdx_new_records");
+  record_source_.dimension = dimension;
 }
 
-void TdxDatabase::AddRecord(std::span<const std::int32_t> labels, double value) {
-  batch_.labels.insert(batch_.labels.end(), labels.begin(), labels.end());
-  batch_.values.push_back(value);
-  if (batch_.values.size() == kBatchRecords) FlushBatch();
+void TdxDatabase::AddRecord(std::span<const std::int32_t> key, double value,
+                            const LabelTable& labels) {
+  if (labels.Count() != collected_labels_) CollectLabels(labels);
+  batch_.records.Add(key, value);
+  if (batch_.records.RowCount() == kBatchRecords) HandOver();
 }
 
-void TdxDatabase::FlushBatch() {
-  if (!batch_.values.empty()) insert_->Run();
-  batch_.labels.clear();
-  batch_.values.clear();
+void TdxDatabase::CollectLabels(const LabelTable& labels) {
+  while (collected_labels_ < labels.Count()) {
+    batch_.new_labels.Add(labels.Text(++collected_labels_));
+  }
+}
+
+// The first full batch of a symbol starts the thread.
+void TdxDatabase::HandOver() {
+  if (thread_ == nullptr) {
+    try {
+      thread_ = std::make_unique<BatchThread>([this](RecordBatch& batch) { Insert(batch); });
+    } catch (const std::system_error&) {  // there is no thread to be had
+      Insert(batch_);
+      batch_.Clear();
+      return;
+    }
+  }
+  if (!thread_->Take(batch_)) thread_->Finish();
+}
+
+void TdxDatabase::Insert(RecordBatch& batch) {
+  std::swap(batch.new_labels, label_source_);
+  if (label_source_.RowCount() > 0) insert_labels_->Run();
+  std::swap(batch.records.labels, record_source_.labels);
+  std::swap(batch.records.values, record_source_.values);
+  if (record_source_.RowCount() > 0) insert_records_->Run();
 }
 
 void TdxDatabase::EndSymbol() {
-  FlushBatch();
-  insert_.reset();
-}
-
-void TdxDatabase::WriteLabels(const LabelTable& labels) {
-  LabelRows rows{&labels};
-  database_.Check(AddRowSource(database_.Connection(), "tdx_label_batch", kLabelModule, rows));
-  // SQLite numbers the rows of an empty table from 1 on; doing so is faster than being told.
-  database_.Execute("INSERT INTO tdx_label(label) SELECT label FROM tdx_label_batch");
-  database_.Check(
-      sqlite3_create_module(database_.Connection(), "tdx_label_batch", nullptr, nullptr));
+  if (thread_ != nullptr) {
+    thread_->Finish();
+    thread_.reset();
+  }
+  Insert(batch_);
+  batch_.Clear();
+  insert_records_.reset();
 }
 
 void TdxDatabase::WriteSymbols(const std::vector<TdxSymbol>& symbols) {
@@ -188,7 +185,9 @@ void TdxDatabase::WriteSymbols(const std::vector<TdxSymbol>& symbols) {
 }
 
 void TdxDatabase::Finish(const std::vector<TdxSymbol>& symbols, const LabelTable& labels) {
-  WriteLabels(labels);
+  CollectLabels(labels);
+  Insert(batch_);
+  insert_labels_.reset();
   WriteSymbols(symbols);
   database_.Execute("COMMIT");
   database_.Close();

@@ -12,8 +12,9 @@
 #include <vector>
 
 #include "host/common/database.h"
+#include "host/tdxdclib/batch_thread.h"
 #include "host/tdxdclib/label_table.h"
-#include "host/tdxdclib/row_source.h"
+#include "host/tdxdclib/record_batch.h"
 
 namespace host {
 
@@ -26,18 +27,6 @@ struct TdxSymbol {
   std::int64_t record_count = 0;
 };
 
-// Records that wait to be inserted: `dimension` label numbers and one value each.
-struct RecordBatch {
-  static std::string Declaration();
-
-  int dimension = 0;
-  std::vector<std::int32_t> labels;
-  std::vector<double> values;
-
-  [[nodiscard]] std::size_t RowCount() const { return values.size(); }
-  void Result(sqlite3_context* context, std::size_t row, int column) const;
-};
-
 class TdxDatabase {
  public:
   // Makes the file, with `producer` and the time in its header.
@@ -48,19 +37,29 @@ class TdxDatabase {
 
   // Symbols are numbered from 1.
   void StartSymbol(std::size_t number, int dimension);
-  void AddRecord(std::span<const std::int32_t> labels, double value);
+  // `labels` knows the labels of the key. A failure of a record may show at a later one, at the
+  // latest at the end of its symbol.
+  void AddRecord(std::span<const std::int32_t> key, double value, const LabelTable& labels);
   void EndSymbol();
-  // Writes the lists of symbols and labels and the views, and closes the file.
+  // Writes the list of symbols, the rest of the labels and the views, and closes the file.
   void Finish(const std::vector<TdxSymbol>& symbols, const LabelTable& labels);
 
  private:
-  void FlushBatch();
-  void WriteLabels(const LabelTable& labels);
+  void CollectLabels(const LabelTable& labels);
+  void HandOver();
+  void Insert(RecordBatch& batch);
   void WriteSymbols(const std::vector<TdxSymbol>& symbols);
 
-  RecordBatch batch_;  // outlives the connection, which reads from it
+  RecordBatch batch_;                  // being filled
+  std::int32_t collected_labels_ = 0;  // the first so many have gone into a batch
+  // What the connection reads from while it inserts; they outlive it.
+  LabelRows label_source_;
+  RecordRows record_source_;
   Database database_;
-  std::unique_ptr<Statement> insert_;
+  std::unique_ptr<Statement> insert_labels_;
+  std::unique_ptr<Statement> insert_records_;
+  // Only while a large symbol is written: it alone uses the connection then.
+  std::unique_ptr<BatchThread> thread_;
 };
 
 }  // namespace host

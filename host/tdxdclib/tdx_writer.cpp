@@ -132,11 +132,19 @@ bool TdxWriter::StartSymbol(TdxSymbol symbol) {
     symbol_state_ = SymbolState::kRefused;
     return Fail(std::move(fault));
   }
-  keys_.Reset(symbol.dimension);
-  key_.assign(static_cast<std::size_t>(symbol.dimension), LabelTable::kNone);
+  StartKeys(symbol.dimension);
   symbol_state_ = SymbolState::kWriting;
   symbols_.push_back(std::move(symbol));
   return OnFile([&] { database_->StartSymbol(symbols_.size(), symbols_.back().dimension); });
+}
+
+// Symbols that follow each other often have the same keys: the first hint is the label before the
+// last symbol's first one.
+void TdxWriter::StartKeys(int dimension) {
+  keys_.Reset(dimension);
+  key_.assign(static_cast<std::size_t>(dimension), LabelTable::kNone);
+  if (first_key_.size() != key_.size()) return;
+  std::ranges::transform(first_key_, key_.begin(), [](std::int32_t label) { return label - 1; });
 }
 
 // Fills key_ with the numbers of the record's labels.
@@ -174,8 +182,8 @@ bool TdxWriter::WriteRecord(const char* keys, double value) {
       return Fail(key_.empty() ? name + ": a second value of a scalar"
                                : name + ": duplicate key " + KeyText());
     }
-    database_->AddRecord(key_, value);
-    ++symbols_.back().record_count;
+    database_->AddRecord(key_, value, labels_);
+    if (++symbols_.back().record_count == 1) first_key_ = key_;
     return true;
   } catch (const std::exception& error) {
     return FailFile(error.what());
@@ -219,6 +227,7 @@ void TdxWriter::Abandon() {
   symbols_.clear();
   symbol_state_ = SymbolState::kNone;
   key_.clear();
+  first_key_.clear();
 }
 
 int TdxWriter::CurrentDimension() const {

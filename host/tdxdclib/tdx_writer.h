@@ -57,6 +57,7 @@ class TdxWriter {
   template <class Step>
   bool OnFile(const Step& step);
   [[nodiscard]] std::string SymbolFault(const TdxSymbol& symbol) const;
+  void StartKeys(int dimension);
   bool NumberLabels(const char* keys);
   [[nodiscard]] std::string KeyText() const;
   bool PutInPlace();
@@ -70,6 +71,7 @@ class TdxWriter {
   std::vector<TdxSymbol> symbols_;
   SymbolState symbol_state_ = SymbolState::kNone;
   std::vector<std::int32_t> key_;  // of the last record; serves as a hint for the next one's labels
+  std::vector<std::int32_t> first_key_;  // of the symbol; the next symbol may begin likewise
   int error_count_ = 0;
   std::vector<std::string> errors_;
 };

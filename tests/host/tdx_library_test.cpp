@@ -1,6 +1,7 @@
 // The results-file library, through its exported functions; the files are read back with SQLite.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <chrono>
 #include <functional>
@@ -232,6 +233,40 @@ TEST(TdxLibrary, ManyRecordsKeepTheirOrder) {
   }
 }
 
+// A long run of ascending labels, which is searched, left and dissolved; strings are the oracle.
+TEST(TdxLibrary, LabelsInAndOutOfOrder) {
+  constexpr int kRecords = 20000;
+  const TemporaryDirectory directory;
+  const fs::path file = directory / "labels.tdx";
+  std::vector<std::string> ascending;
+  for (int i = 0; i < kRecords; ++i) ascending.push_back(std::to_string(i));
+  std::vector<std::string> mixed = ascending;
+  for (int i = 0; i < kRecords; i += 7) mixed[static_cast<std::size_t>(i)].insert(0, i % 2, '0');
+  std::ranges::shuffle(mixed, std::mt19937(1));
+  TdxSession session;
+  ASSERT_TRUE(session.Open(file));
+  for (const auto& [name, labels] : {std::pair("a", &ascending), std::pair("b", &mixed)}) {
+    session.Start(name, 1);
+    for (const std::string& label : *labels) ASSERT_TRUE(session.Record({label}, 1.0));
+    EXPECT_FALSE(session.Record({labels->front()}, 1.0));
+    EXPECT_TRUE(session.Done());
+  }
+  EXPECT_EQ(session.ErrorCount(), 2);  // the two duplicates
+  session.Close();
+
+  ASSERT_TRUE(session.Open(file));
+  for (const auto& [name, labels] : {std::pair("a", &ascending), std::pair("b", &mixed)}) {
+    session.Start(name, 1);
+    for (const std::string& label : *labels) session.Record({label}, 1.0);
+    session.Done();
+  }
+  ASSERT_TRUE(session.Close()) << session.LastError();
+  EXPECT_EQ(Query(file, "select dim1 from a", 1), ascending);
+  EXPECT_EQ(Query(file, "select dim1 from b", 1), mixed);
+  EXPECT_EQ(Query(file, "select label from tdx_label group by label having count(*) > 1", 1),
+            Texts{});
+}
+
 TEST(TdxLibrary, ProcessesThatEndEarly) {
   const TemporaryDirectory directory;
   const fs::path file = directory / "linfit.tdx";
@@ -269,6 +304,19 @@ TEST(TdxLibrary, FullDisk) {
     EXPECT_TRUE(run.out.starts_with("failed 1 cannot write " + Utf8(file) + ": ")) << run.out;
     EXPECT_EQ(testing_support::ReadFile(file), "earlier");
     EXPECT_EQ(Files(directory.Path()), std::set<std::string>{"linfit.tdx"});
+  }
+}
+
+// The records of a large symbol are inserted behind the caller's back.
+TEST(TdxLibrary, AFailureIsCountedWhenItsSymbolEnds) {
+  const TemporaryDirectory directory;
+  for (const char* blocks : {"20", "30000"}) {  // early in the symbol, and late
+    const auto run = RunProgram("/bin/sh", {"-c",
+                                            "trap '' XFSZ; ulimit -f " + std::string(blocks) +
+                                                "; exec \"$0\" \"$1\" count 2000000",
+                                            TDX_PROGRAM, Utf8(directory / "linfit.tdx")});
+    EXPECT_TRUE(run.out.starts_with("1 failed 1 cannot write ")) << run.out;
+    EXPECT_EQ(Files(directory.Path()), std::set<std::string>{});
   }
 }
 #endif

@@ -1,5 +1,6 @@
 // Writes a results file and ends as the second argument says: "close" it, "exit" without, or be
-// killed ("kill"). The third is the number of records. Prints what the library says.
+// killed ("kill"). The third is the number of records. Prints what the library says: for "count"
+// the number of errors after the symbol and then all that "close" prints.
 #include <cstdio>
 #include <cstdlib>
 
@@ -14,6 +15,7 @@ int main(int argc, char** argv) {
   session->Start("resid", 1);
   for (int i = 0; i < std::atoi(argv[3]); ++i) session->Record({"r" + std::to_string(i)}, i);
   session->Done();
+  if (end == "count") std::printf("%d ", session->ErrorCount());
   if (end == "kill") testing_support::KillThisProcess();
   if (end == "exit") std::exit(0);
   const bool closed = session->Close();
