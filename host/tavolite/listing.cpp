@@ -4,7 +4,9 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <deque>
 #include <fstream>
+#include <future>
 #include <span>
 #include <string_view>
 
@@ -15,7 +17,8 @@ namespace host {
 namespace {
 
 constexpr std::size_t kNumberWidth = 25;  // the longest number has 24 characters
-constexpr std::size_t kBufferSize = std::size_t{1} << 20;
+constexpr std::size_t kUsualName = 16;
+constexpr std::size_t kElementsPerPiece = 32768;
 constexpr std::int32_t kObjectiveCode = 5;  // of the head and tail values
 
 // Room for any number; the text is a view of `buffer` or a constant.
@@ -26,72 +29,91 @@ std::string_view Format(double value, std::span<char> buffer) {
   return {buffer.data(), static_cast<std::size_t>(result.ptr - buffer.data())};
 }
 
-// A file with a buffer of a size that makes millions of short lines cheap.
+void AppendNumber(double value, std::string& text) {
+  std::array<char, 32> buffer;
+  const std::string_view number = Format(value, buffer);
+  text.append(kNumberWidth - std::min(number.size(), kNumberWidth), ' ');
+  text += number;
+}
+
+// A file that takes large pieces of text at once.
 class Output {
  public:
   explicit Output(const std::filesystem::path& file)
       : name_(Utf8(file)), stream_(file, std::ios::binary | std::ios::trunc) {
-    text_.reserve(kBufferSize + 4096);
     Check();
   }
-  std::string& Text() {
-    if (text_.size() > kBufferSize) Flush();
-    return text_;
-  }
-  void Number(double value) {
-    std::array<char, 32> buffer;
-    const std::string_view number = Format(value, buffer);
-    text_.append(kNumberWidth - std::min(number.size(), kNumberWidth), ' ');
-    text_ += number;
+  void Write(std::string_view text) {
+    stream_.write(text.data(), static_cast<std::streamsize>(text.size()));
+    Check();
   }
   void Close() {
-    Flush();
     stream_.close();
     Check();
   }
 
  private:
-  void Flush() {
-    stream_.write(text_.data(), static_cast<std::streamsize>(text_.size()));
-    Check();
-    text_.clear();
-  }
   void Check() const {
     if (!stream_) throw FileError(name_ + ": can't be written");
   }
 
   std::string name_;
   std::ofstream stream_;
-  std::string text_;
 };
 
 void CopyStatusFile(const std::filesystem::path& file, Output& output) {
   std::ifstream in(file, std::ios::binary);
   std::array<char, 65536> buffer;
   while (in.read(buffer.data(), buffer.size()), in.gcount() > 0) {
-    output.Text().append(buffer.data(), static_cast<std::size_t>(in.gcount()));
+    output.Write({buffer.data(), static_cast<std::size_t>(in.gcount())});
   }
 }
 
-void WriteElements(std::string_view title, const Dictionary& dictionary, const ElementNames& names,
-                   const SolutionPart& part, Output& output) {
-  std::string& heading = output.Text();
-  heading += '\n';
-  heading += title;
-  heading += "\n\n";
-  heading.append(kNumberWidth - 5, ' ');
-  heading += "Level";
-  heading.append(kNumberWidth - 8, ' ');
-  heading += "Marginal  Name\n";
-  const std::size_t count = std::min(names.symbol.size(), part.level.size());
-  for (std::size_t i = 0; i < count; ++i) {
-    std::string& text = output.Text();
-    output.Number(part.level[i]);
-    output.Number(part.marginal[i]);
+struct Elements {
+  const Dictionary& dictionary;
+  const ElementNames& names;
+  const SolutionPart& part;
+};
+
+// The lines of the elements from `first` to `last` - 1.
+std::string ElementLines(const Elements& elements, std::size_t first, std::size_t last) {
+  std::string text;
+  text.reserve((last - first) * (2 * kNumberWidth + kUsualName));
+  for (std::size_t i = first; i < last; ++i) {
+    AppendNumber(elements.part.level[i], text);
+    AppendNumber(elements.part.marginal[i], text);
     text += "  ";
-    AppendDisplayName(dictionary, names, i, text);
+    AppendDisplayName(elements.dictionary, elements.names, i, text);
     text += '\n';
   }
+  return text;
+}
+
+// Where there are many elements, two threads make the next pieces while one is written.
+void WriteElements(const Elements& elements, Output& output) {
+  const std::size_t count = std::min(elements.names.symbol.size(), elements.part.level.size());
+  const auto policy = count > kElementsPerPiece ? std::launch::async | std::launch::deferred
+                                                : std::launch::deferred;
+  std::deque<std::future<std::string>> pieces;
+  for (std::size_t first = 0; first < count || !pieces.empty(); first += kElementsPerPiece) {
+    if (first < count) {
+      const std::size_t last = std::min(first + kElementsPerPiece, count);
+      pieces.push_back(std::async(
+          policy, [&elements, first, last] { return ElementLines(elements, first, last); }));
+    }
+    if (pieces.size() > 2 || first + kElementsPerPiece >= count) {
+      output.Write(pieces.front().get());
+      pieces.pop_front();
+    }
+  }
+}
+
+void WritePart(std::string_view title, const Elements& elements, Output& output) {
+  std::string heading = "\n" + std::string(title) + "\n\n";
+  heading.append(kNumberWidth - 5, ' ') += "Level";
+  heading.append(kNumberWidth - 8, ' ') += "Marginal  Name\n";
+  output.Write(heading);
+  WriteElements(elements, output);
 }
 
 }  // namespace
@@ -115,15 +137,14 @@ void WriteListing(const std::filesystem::path& listing, const std::filesystem::p
                   const ModelNames& names, const Solution* solution) {
   Output output(listing);
   CopyStatusFile(status_file, output);
-  for (const std::string& note : names.notes) output.Text() += "\nNote: " + note + "\n";
+  for (const std::string& note : names.notes) output.Write("\nNote: " + note + "\n");
   if (solution != nullptr) {
-    std::string& text = output.Text();
-    text += "\nSolution of " + names.model + "\n\n";
-    text += "Model status: " + ModelStatusText(solution->model_status) + "\n";
-    text += "Solve status: " + SolveStatusText(solution->solve_status) + "\n";
-    text += "Objective:    " + ObjectiveText(*solution) + "\n";
-    WriteElements("Equations", names.dictionary, names.rows, solution->rows, output);
-    WriteElements("Variables", names.dictionary, names.columns, solution->columns, output);
+    output.Write("\nSolution of " + names.model +
+                 "\n\nModel status: " + ModelStatusText(solution->model_status) +
+                 "\nSolve status: " + SolveStatusText(solution->solve_status) +
+                 "\nObjective:    " + ObjectiveText(*solution) + "\n");
+    WritePart("Equations", {names.dictionary, names.rows, solution->rows}, output);
+    WritePart("Variables", {names.dictionary, names.columns, solution->columns}, output);
   }
   output.Close();
 }

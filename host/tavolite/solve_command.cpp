@@ -1,5 +1,6 @@
 #include "host/tavolite/solve_command.h"
 
+#include <future>
 #include <memory>
 #include <ostream>
 #include <system_error>
@@ -163,7 +164,16 @@ void Summarise(const Session& session, const Solution& solution, const SolverLog
 
 int Finish(Session& session, const ModelNames& names, const ChildProcess::Exit& exit,
            const SolverLog& log) {
-  const std::optional<Solution> solution = ReadSolution(session.Scratch("instance.db"));
+  const fs::path instance = session.Scratch("instance.db");
+  const std::optional<Solution> solution = ReadSolution(instance);
+  // A large file takes its time to go.
+  std::future<void> removal;
+  if (!session.options.keep) {
+    removal = std::async([instance] {
+      std::error_code ignored;  // the directory's removal tries again
+      fs::remove(instance, ignored);
+    });
+  }
   WriteListing(session.listing, session.Scratch("status.txt"), names,
                solution ? &*solution : nullptr);
   session.times.End("return the solution");
