@@ -10,12 +10,12 @@ install_packages := packaging/install-packages
 
 help:
 	@echo 'make build         programs, libraries and optlinfit.def in build/release/bin'
-	@echo 'make demo          build, then solve the Longley example and print its report'
+	@echo 'make demo          build, then solve the Longley example and show the results file'
 	@echo 'make test          build, then run the tests'
 	@echo 'make windows       the same for Windows x86-64, in build/windows/bin'
 	@echo 'make test-windows  build for Windows, then run the tests under wine'
 	@echo 'make sanitizers    build with the sanitizers, then run the tests'
-	@echo 'make bench         measure the solver against its bare linear algebra'
+	@echo 'make bench         run the solver beside R, Python, gretl and Octave; writes bench/RESULTS.md'
 	@echo 'make package       a Debian package and a Windows zip in build/packages'
 	@echo 'make try-packages  make both, unpack them in a scratch directory and solve an example'
 	@echo 'make install       install below PREFIX (now $(PREFIX))'
@@ -23,13 +23,15 @@ help:
 	@echo 'make clean         remove build/'
 
 build: build/release/build.ninja
-	@cmake --build --preset release
+	@cmake --build --preset release --target programs
 
 demo: build
 	@mkdir -p build/demo
 	@cd build/demo && ../release/bin/tavolite solve ../../examples/longley.mod
+	@cd build/demo && ../release/bin/tavolite show linfit.tdx
 
-test: build
+test: build/release/build.ninja
+	@cmake --build --preset release
 	@ctest --preset release
 
 windows: build/windows/build.ninja
@@ -54,7 +56,8 @@ try-packages: package build/windows/wine/system.reg
 install: build
 	cmake --install build/release --prefix '$(PREFIX)'
 
-bench: build
+bench: build/release/build.ninja
+	@cmake --build --preset release
 	@bench/run
 
 format:
