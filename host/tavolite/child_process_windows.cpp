@@ -45,13 +45,21 @@ class Handle {
   HANDLE handle_ = nullptr;
 };
 
+// Whatever the program's mode of output, lines end in "\n" behind this.
 void ReadToEnd(HANDLE pipe, const std::function<void(std::string_view)>& on_output) {
   std::array<char, 65536> buffer;
+  std::string text;
   DWORD count = 0;
   while (ReadFile(pipe, buffer.data(), static_cast<DWORD>(buffer.size()), &count, nullptr) != 0 &&
          count > 0) {
-    on_output({buffer.data(), count});
+    text.append(buffer.data(), count);
+    for (std::size_t at = 0; (at = text.find("\r\n", at)) != std::string::npos;) text.erase(at, 1);
+    // Half a line's end waits for the other half.
+    const bool cut = text.ends_with('\r');
+    on_output(std::string_view(text).substr(0, text.size() - (cut ? 1 : 0)));
+    text = cut ? "\r" : "";
   }
+  if (!text.empty()) on_output(text);
 }
 
 // Paths have no quotes on this system, and one that ends in a backslash is no file.
