@@ -4,6 +4,7 @@
 
 #include <charconv>
 #include <string_view>
+#include <utility>
 
 namespace host {
 namespace {
@@ -61,18 +62,21 @@ std::string FailureLine(const std::string& messages, const std::string& name,
                         const std::string& shown) {
   std::string found;
   std::string last;
+  std::string reason;  // the line before the one found, when it names a place in another file
   std::string_view rest = messages;
   while (!rest.empty()) {
     const std::size_t end = std::min(rest.find('\n'), rest.size());
     const std::string_view line = rest.substr(0, end);
     rest.remove_prefix(std::min(end + 1, rest.size()));
     if (line.empty() || line.starts_with("Context: ")) continue;
-    last = line;
+    const std::string before = std::exchange(last, std::string(line));
     const std::size_t place = PlaceLength(line, name);
     if (place == 0 || line.substr(place).starts_with("warning: ")) continue;
     found = shown + std::string(line.substr(name.size()));
+    const std::string_view other = std::string_view(before).substr(0, before.find(':'));
+    reason = other != name && PlaceLength(before, std::string(other)) > 0 ? before : "";
   }
-  if (!found.empty()) return found;
+  if (!found.empty()) return reason.empty() ? found : found + " (" + reason + ")";
   return shown + ": " + (last.empty() ? "GLPK can't read it and does not say why" : last);
 }
 

@@ -147,6 +147,10 @@ TEST_F(GlpkModel, MathProgTakesDataFromBesideAndTablesFromTheModelsDirectory) {
   WriteFile(directory / "a.dat", "data;\nparam y := one 3 two;\nend;\n");
   const std::string message = Refusal("a.mod", text);
   EXPECT_NE(message.find(Utf8(directory / "a.dat") + ":2: "), std::string::npos) << message;
+  // What is wrong with a table stands in a message of its own, with the table's line.
+  WriteFile(directory / "a.dat", "data;\nparam y := one 3 two 4;\nend;\n");
+  WriteFile(directory / "t.csv", "i,x\none,1\nit's,2\n");
+  ExpectRefused("a.mod", text, "(t.csv:3: ");
 }
 
 constexpr const char* kFreeMps = R"(NAME TEST
