@@ -160,4 +160,22 @@ std::string_view Statement::ColumnName(int column) const {
   return sqlite3_column_name(statement_, column);
 }
 
+BlobReader::BlobReader(Database& database, const char* table, const char* column, std::int64_t row)
+    : database_(&database) {
+  database.Check(sqlite3_blob_open(database.Connection(), "main", table, column, row, 0, &blob_));
+}
+
+BlobReader::~BlobReader() {
+  sqlite3_blob_close(blob_);
+}
+
+std::size_t BlobReader::Size() const {
+  return static_cast<std::size_t>(sqlite3_blob_bytes(blob_));
+}
+
+void BlobReader::Read(std::size_t offset, std::span<std::byte> bytes) const {
+  database_->Check(sqlite3_blob_read(blob_, bytes.data(), static_cast<int>(bytes.size()),
+                                     static_cast<int>(offset)));
+}
+
 }  // namespace host

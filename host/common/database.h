@@ -79,4 +79,21 @@ class Statement {
   sqlite3_stmt* statement_ = nullptr;
 };
 
+// One blob, read in pieces into the caller's memory; it is never in memory as a whole.
+class BlobReader {
+ public:
+  BlobReader(Database& database, const char* table, const char* column, std::int64_t row);
+  BlobReader(const BlobReader&) = delete;
+  BlobReader& operator=(const BlobReader&) = delete;
+  ~BlobReader();
+
+  [[nodiscard]] std::size_t Size() const;
+  // Fills `bytes` from the blob's byte `offset` on.
+  void Read(std::size_t offset, std::span<std::byte> bytes) const;
+
+ private:
+  Database* database_;
+  sqlite3_blob* blob_ = nullptr;
+};
+
 }  // namespace host

@@ -54,11 +54,19 @@ void CheckRowNumbers(std::span<const std::int32_t> rows, std::int32_t row_count)
   Require(previous < row_count, "a row number is not the number of a row");
 }
 
+void CheckBounds(double lower, double upper) {
+  Require(!std::isnan(lower) && !std::isnan(upper), "a bound is not a number");
+}
+
+void CheckValues(std::span<const double> values) {
+  Require(std::all_of(values.begin(), values.end(), IsFinite), "a value is not finite");
+}
+
 void CheckColumn(double lower, double upper, std::size_t row_numbers,
                  std::span<const double> values) {
-  Require(!std::isnan(lower) && !std::isnan(upper), "a bound is not a number");
+  CheckBounds(lower, upper);
   Require(values.size() == row_numbers, "not one value per row number");
-  Require(std::all_of(values.begin(), values.end(), IsFinite), "a value is not finite");
+  CheckValues(values);
 }
 
 void CheckName(std::string_view name) {

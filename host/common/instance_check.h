@@ -22,6 +22,9 @@ void CheckRowNumbers(std::span<const std::int32_t> rows, std::int32_t row_count)
 // Bounds that are numbers or infinite, one finite value per row number.
 void CheckColumn(double lower, double upper, std::size_t row_numbers,
                  std::span<const double> values);
+// The two parts of it: bounds that are numbers or infinite, finite values.
+void CheckBounds(double lower, double upper);
+void CheckValues(std::span<const double> values);
 // Not empty, at most 63 bytes.
 void CheckName(std::string_view name);
 // One symbol and at most 20 labels per element, all of them in the dictionary.

@@ -18,6 +18,14 @@ void Require(bool condition, const char* fault) {
   }
 }
 
+// Threads are worth their start from here on.
+constexpr std::size_t kLargeColumn = 65536;
+constexpr std::size_t kValuesPerPiece = 32768;
+
+bool IsLarge(const ColumnHead& column) {
+  return static_cast<std::size_t>(column.entries) >= kLargeColumn;
+}
+
 std::size_t At(std::int32_t number) {
   return static_cast<std::size_t>(number);
 }
@@ -71,15 +79,17 @@ ElementNames ReadNames(Database& database, const std::string& kind, std::size_t 
 }  // namespace
 
 InstanceReader::InstanceReader(const std::filesystem::path& file)
-    : name_(Utf8(file)), database_(OpenInstance(file, Database::Mode::kRead)) {
+    : file_(file), name_(Utf8(file)), database_(OpenInstance(file, Database::Mode::kRead)) {
   try {
     InContext(name_, [&] {
       ReadHead();
       ReadPatterns();
       ReadColumns();
-      if (data_.has_dictionary) {
-        ReadDictionary();
-      }
+      std::atomic<std::size_t> next{0};
+      auto helper = StartHelper(next);
+      if (data_.has_dictionary) ReadDictionary();
+      CheckLargeColumns(database_, next);
+      helper.get();
     });
   } catch (const DatabaseError& error) {
     throw FileError(error.what());
@@ -124,29 +134,63 @@ void InstanceReader::ReadPatterns() {
   }
 }
 
+// Checks all but the values of large columns.
 void InstanceReader::ReadColumns() {
   Statement row(database_,
-                "SELECT id, lower, upper, pattern, data,"
-                " typeof(lower) = 'real' AND typeof(upper) = 'real'"
+                "SELECT id, lower, upper, pattern,"
+                " typeof(lower) = 'real' AND typeof(upper) = 'real',"
+                " CASE WHEN typeof(data) = 'blob' THEN length(data) ELSE -1 END, CASE WHEN "
+                "length(data) < ? THEN data END"
                 " FROM matrix_column ORDER BY id");
+  row.Bind(1, static_cast<std::int64_t>(kLargeColumn * sizeof(double)));
   std::vector<double> values;
   while (row.Step()) {
     Require(row.Int(0) == static_cast<std::int64_t>(data_.columns.size()), "a column is missing");
     InContext("column " + std::to_string(row.Int(0)), [&] {
-      Require(row.Int(5) != 0, "a bound is not a number");
+      Require(row.Int(4) != 0, "a bound is not a number");
       const std::int32_t pattern =
           Number(row.Int(3), static_cast<std::int64_t>(pattern_sizes_.size()),
                  "no such list of row numbers");
-      const auto entries = static_cast<std::size_t>(pattern_sizes_[At(pattern)]);
-      Require(row.Blob(4).size() == entries * sizeof(double), "not one value per row number");
-      FromBlob(row.Blob(4), values);
-      CheckColumn(row.Real(1), row.Real(2), entries, values);
-      data_.columns.push_back({row.Real(1), row.Real(2), pattern, pattern_sizes_[At(pattern)],
-                               pattern_in_objective_row_[At(pattern)]});
+      const std::int32_t entries = pattern_sizes_[At(pattern)];
+      Require(row.Int(5) == entries * static_cast<std::int64_t>(sizeof(double)),
+              "not one value per row number");
+      CheckBounds(row.Real(1), row.Real(2));
+      FromBlob(row.Blob(6), values);  // empty when the column is large
+      CheckValues(values);
+      data_.columns.push_back(
+          {row.Real(1), row.Real(2), pattern, entries, pattern_in_objective_row_[At(pattern)]});
     });
   }
   Require(static_cast<std::int64_t>(data_.columns.size()) == column_count_,
           "the number of columns is wrong");
+}
+
+// Two threads take one column after another; `next` is the first that none has taken.
+void InstanceReader::CheckLargeColumns(Database& database, std::atomic<std::size_t>& next) const {
+  std::vector<double> values;
+  for (std::size_t column = next++; column < data_.columns.size(); column = next++) {
+    const auto entries = static_cast<std::size_t>(data_.columns[column].entries);
+    if (entries < kLargeColumn) continue;
+    InContext("column " + std::to_string(column), [&] {
+      const BlobReader blob(database, "matrix_column", "data", static_cast<std::int64_t>(column));
+      for (std::size_t first = 0; first < entries; first += values.size()) {
+        values.resize(std::min(entries - first, kValuesPerPiece));
+        blob.Read(first * sizeof(double), std::as_writable_bytes(std::span(values)));
+        CheckValues(values);
+      }
+    });
+  }
+}
+
+std::future<void> InstanceReader::StartHelper(std::atomic<std::size_t>& next) const {
+  const bool has_large = std::ranges::any_of(data_.columns, IsLarge);
+  // Without a thread to be had, it does what is left when it is waited for: nothing.
+  return std::async(has_large ? std::launch::async | std::launch::deferred : std::launch::deferred,
+                    [this, &next, has_large] {
+                      if (!has_large) return;
+                      Database database = OpenInstance(file_, Database::Mode::kRead);
+                      CheckLargeColumns(database, next);
+                    });
 }
 
 void InstanceReader::ReadDictionary() {
@@ -174,22 +218,51 @@ std::shared_ptr<const RowList> InstanceReader::ReadPattern(std::int32_t pattern)
   return rows;
 }
 
+void InstanceReader::ReadValues(Database& database, std::int32_t column,
+                                std::vector<double>& values) const {
+  const auto count = static_cast<std::size_t>(data_.columns[At(column)].entries);
+  const BlobReader blob(database, "matrix_column", "data", column);
+  Require(blob.Size() == count * sizeof(double), "the file has changed since it was opened");
+  values.resize(count);
+  blob.Read(0, std::as_writable_bytes(std::span(values)));
+}
+
 void InstanceReader::ReadColumn(std::int32_t column, ColumnEntries& entries) {
   const ColumnHead& head = data_.columns.at(At(column));
   try {
     InContext(name_ + ": column " + std::to_string(column), [&] {
       entries.rows = ReadPattern(head.pattern);
-      Statement row(database_, "SELECT data FROM matrix_column WHERE id = ?");
-      row.Bind(1, std::int64_t{column});
-      Require(row.Step(), "a column is missing");
-      const auto count = static_cast<std::size_t>(head.entries);
-      Require(entries.rows->size() == count && row.Blob(0).size() == count * sizeof(double),
+      Require(entries.rows->size() == static_cast<std::size_t>(head.entries),
               "the file has changed since it was opened");
-      FromBlob(row.Blob(0), entries.values);
+      const bool is_ahead = ahead_.valid();
+      if (is_ahead) ahead_.get();
+      if (is_ahead && ahead_column_ == column) {
+        std::swap(entries.values, ahead_values_);
+      } else {
+        ReadValues(database_, column, entries.values);
+      }
     });
+    StartAhead(column + 1);
   } catch (const DatabaseError& error) {
     throw FileError(error.what());
   }
+}
+
+void InstanceReader::StartAhead(std::int32_t column) {
+  if (At(column) >= data_.columns.size() || !IsLarge(data_.columns[At(column)])) return;
+  ahead_column_ = column;
+  // Without a thread to be had, the column is read when it is asked for.
+  ahead_ = std::async(std::launch::async | std::launch::deferred, [this, column] {
+    if (!ahead_database_.IsOpen()) ahead_database_ = OpenInstance(file_, Database::Mode::kRead);
+    ReadValues(ahead_database_, column, ahead_values_);
+  });
+}
+
+void InstanceReader::ReleaseAhead() {
+  if (ahead_.valid()) ahead_.wait();
+  ahead_ = {};
+  ahead_values_ = {};
+  ahead_database_ = {};
 }
 
 }  // namespace host

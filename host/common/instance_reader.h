@@ -2,8 +2,10 @@
 // are read column by column, so that the reader never holds the matrix.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <filesystem>
+#include <future>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -67,19 +69,29 @@ class InstanceReader {
   // Opens the instance and reads all of it once, the matrix included: after this, whatever an
   // instance states has been checked. Throws FileError that names the file and the fault.
   explicit InstanceReader(const std::filesystem::path& file);
+  InstanceReader(const InstanceReader&) = delete;
+  InstanceReader& operator=(const InstanceReader&) = delete;
 
   [[nodiscard]] const InstanceData& Data() const { return data_; }
   // Reads a column's entries; the memory of `entries` is used again. Throws FileError when the
-  // file has changed since it was opened.
+  // file has changed since it was opened. A large column that follows is read meanwhile by a
+  // thread.
   void ReadColumn(std::int32_t column, ColumnEntries& entries);
+  // Gives back what has been read ahead, and lets go of the file's lock.
+  void ReleaseAhead();
 
  private:
   void ReadHead();
   void ReadPatterns();
   void ReadColumns();
+  std::future<void> StartHelper(std::atomic<std::size_t>& next) const;
+  void CheckLargeColumns(Database& database, std::atomic<std::size_t>& next) const;
   void ReadDictionary();
   std::shared_ptr<const std::vector<std::int32_t>> ReadPattern(std::int32_t pattern);
+  void ReadValues(Database& database, std::int32_t column, std::vector<double>& values) const;
+  void StartAhead(std::int32_t column);
 
+  std::filesystem::path file_;
   std::string name_;  // of the file, for messages
   Database database_;
   InstanceData data_;
@@ -89,6 +101,11 @@ class InstanceReader {
   // The list read last: neighbouring columns mostly share it.
   std::int32_t last_pattern_ = -1;
   std::weak_ptr<const std::vector<std::int32_t>> last_rows_;
+  // The column that a thread reads, with a connection of its own.
+  std::int32_t ahead_column_ = -1;
+  std::vector<double> ahead_values_;
+  Database ahead_database_;
+  std::future<void> ahead_;  // last: its end waits for the thread, which uses the others
 };
 
 }  // namespace host

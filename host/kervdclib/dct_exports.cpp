@@ -1,5 +1,7 @@
 // The dictionary's entries.
 #include <algorithm>
+#include <array>
+#include <string_view>
 
 #include "host/common/short_string.h"
 #include "host/kervdclib/exports.h"
@@ -15,12 +17,21 @@ const InstanceData* DataOf(void* handle) {
   return static_cast<const DictionaryObject*>(handle)->data;
 }
 
-const std::string_view kPlain =
-    "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_+-.";
+// By byte: whether a label with it needs no quotes.
+constexpr std::array<bool, 256> kPlain = [] {
+  std::array<bool, 256> plain{};
+  for (const char c :
+       std::string_view("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_+-.")) {
+    plain[static_cast<unsigned char>(c)] = true;
+  }
+  return plain;
+}();
 
 // The quote to put around a label, blank when it can do without one.
 char Quote(std::string_view label) {
-  if (label.find_first_not_of(kPlain) == std::string_view::npos) return ' ';
+  const bool plain =
+      std::ranges::all_of(label, [](char c) { return kPlain[static_cast<unsigned char>(c)]; });
+  if (plain) return ' ';
   return label.find('\'') == std::string_view::npos ? '\'' : '"';
 }
 

@@ -82,6 +82,7 @@ void ModelObject::ReleaseColumn() {
   column_ = -1;
   size_ = 0;
   entries_ = {};
+  if (reader_) reader_->ReleaseAhead();
 }
 
 bool ModelObject::SetRow(std::int32_t row, double level, double marginal, int basis, int status) {
@@ -116,6 +117,7 @@ void ModelObject::WriteOut() {
   if (failed_) {
     throw FileError("the instance could not be read to its end; no solution is stored");
   }
+  ReleaseColumn();
   Size(solution.rows, Data()->rhs.size());
   Size(solution.columns, Data()->columns.size());
   WriteSolution(solution, environment_->Control().instance);
