@@ -5,6 +5,7 @@
 #include <ostream>
 #include <system_error>
 #include <utility>
+#include <vector>
 
 #include "host/common/control_file.h"
 #include "host/common/instance.h"
@@ -38,6 +39,7 @@ struct Session {
   fs::path listing;
   StepTimes times;
   std::shared_ptr<Interruptible> running;
+  std::future<void> matrix_end;
   [[nodiscard]] fs::path Scratch(const char* name) const { return running->scratch.Path() / name; }
 };
 
@@ -114,8 +116,8 @@ fs::path OptionFile(const Session& session, const FrontEndResult& input) {
   return file;
 }
 
-// Reads the model and writes instance and control file. The matrix is gone when this returns: the
-// solver needs the memory.
+// Reads the model and writes instance and control file. The matrix goes while the solver starts,
+// which needs the memory.
 ModelNames Prepare(Session& session) {
   FrontEndResult input = ReadModel(session.options.input, session.running->scratch.Path());
   session.times.End("read the model");
@@ -128,6 +130,9 @@ ModelNames Prepare(Session& session) {
   control.option_file = OptionFile(session, input);
   if (!session.options.timing.empty()) control.timing = session.Scratch("timing.txt");
   WriteControlFile(control, session.Scratch("control.txt"));
+  session.matrix_end = std::async([columns = std::move(input.model.columns)]() mutable {
+    std::vector<Column>().swap(columns);
+  });
   session.times.End("write the instance");
   return {std::move(input.model.name), std::move(input.model.dictionary),
           std::move(input.model.row_names), std::move(input.model.column_names),
@@ -222,7 +227,7 @@ int Solve(Session& session) {
 }  // namespace
 
 int RunSolve(const SolveOptions& options, std::ostream& out, std::ostream& err) {
-  Session session{options, out, err, {}, {}, {}, nullptr};
+  Session session{options, out, err, {}, {}, {}, nullptr, {}};
   const int status = Solve(session);
   if (session.running != nullptr) {
     if (options.keep && !options.quiet) {
