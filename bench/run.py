@@ -132,7 +132,7 @@ def make_table(build, name, directory):
 def run_size(build, name, found, repeat, directory):
     table = make_table(build, name, directory)
     n, p = SIZES[name]
-    count = repeat or (9 if n * p < 1_000_000 else 3)
+    count = repeat or (5 if n * p < 1_000_000 else 3)
     times = {program: [] for program, _ in found}
     memory = {program: 0.0 for program, _ in found}
     bare = []
@@ -283,7 +283,7 @@ def main():
     parser = argparse.ArgumentParser(description="linfit beside its peers")
     parser.add_argument("--build", type=pathlib.Path, required=True, help="build directory with bin/")
     parser.add_argument("--sizes", default=",".join(SIZES), help="comma-separated: " + ", ".join(SIZES))
-    parser.add_argument("--repeat", type=int, default=0, help="runs of each program (default: 9, large sizes 3)")
+    parser.add_argument("--repeat", type=int, default=0, help="runs of each program (default: 5, large sizes 3)")
     parser.add_argument("--results", type=pathlib.Path, help="write the tables to this file, too")
     arguments = parser.parse_args()
     build = arguments.build.resolve()
