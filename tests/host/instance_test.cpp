@@ -5,6 +5,7 @@
 #include <cmath>
 #include <fstream>
 #include <functional>
+#include <numeric>
 #include <random>
 
 #include "host/common/database.h"
@@ -165,6 +166,47 @@ TEST_F(Instance, RefusesDamagedFilesWithTheReason) {
     EXPECT_NE(text.find(message), std::string::npos) << sql << " / " << text;
     EXPECT_TRUE(text.starts_with(testing_support::Utf8(file_))) << text;
   }
+}
+
+// Columns that are checked and read ahead by threads.
+TEST_F(Instance, ReadsAndChecksLargeColumns) {
+  constexpr std::int32_t kRows = 100'000;
+  host::Model model;
+  model.row_types.assign(kRows, host::RowType::kEqual);
+  model.rhs.assign(kRows, 0.0);
+  std::vector<std::int32_t> rows(kRows);
+  std::iota(rows.begin(), rows.end(), 0);
+  const auto all_rows = std::make_shared<const std::vector<std::int32_t>>(rows);
+  for (int j = 0; j < 6; ++j) {
+    model.columns.push_back({all_rows, std::vector<double>(kRows, j)});
+    model.columns.back().values.back() = -j;
+  }
+  Written(model);
+  {
+    host::InstanceReader reader(file_);
+    host::ColumnEntries entries;
+    for (const int j : {0, 1, 2, 4, 5, 3, 4, 1}) {
+      reader.ReadColumn(j, entries);
+      EXPECT_EQ(*entries.rows, rows);
+      EXPECT_EQ(entries.values, model.columns[static_cast<std::size_t>(j)].values);
+    }
+    // Now column 2 is being read ahead: what is released locks nothing.
+    reader.ReleaseAhead();
+    host::Database(file_, host::Database::Mode::kReadWrite)
+        .Execute("UPDATE matrix_column SET data = x'00' WHERE id = 2");
+    reader.ReadColumn(1, entries);
+    const std::string text = FailureText([&] { reader.ReadColumn(2, entries); });
+    EXPECT_NE(text.find("column 2: the file has changed"), std::string::npos) << text;
+  }
+  const auto size = std::filesystem::file_size(Written(model));
+  host::Database(file_, host::Database::Mode::kReadWrite)
+      .Execute(
+          "UPDATE matrix_column SET data = CAST(substr(data, 1, 560000) || x'000000000000f07f'"
+          " || substr(data, 560009) AS BLOB) WHERE id = 4");
+  EXPECT_NE(ReadFailure().find("column 4: a value is not finite"), std::string::npos);
+  Written(model);
+  std::filesystem::resize_file(file_, size / 2);
+  EXPECT_TRUE(ReadFailure().starts_with(testing_support::Utf8(file_))) << ReadFailure();
 }
 
 TEST_F(Instance, SurvivesArbitraryDamage) {
