@@ -13,8 +13,8 @@
 #include <string>
 #include <vector>
 
-#include "host/common/control_file.h"
-#include "host/common/instance.h"
+#include "base/control_file.h"
+#include "instance/instance.h"
 
 namespace {
 

@@ -1,7 +1,15 @@
 # Flags of every target, set once: link `linfit_flags` (PRIVATE) to each of them.
 add_library(linfit_flags INTERFACE)
 target_compile_features(linfit_flags INTERFACE cxx_std_20)
-target_include_directories(linfit_flags INTERFACE ${PROJECT_SOURCE_DIR})
+
+# The include roots. Solver and host meet only at the binary interface, so that no target of the product links
+# both of the first two.
+foreach(root solver host tests)
+  add_library(${root}_root INTERFACE)
+endforeach()
+target_include_directories(solver_root INTERFACE ${PROJECT_SOURCE_DIR}/solver)
+target_include_directories(host_root INTERFACE ${PROJECT_SOURCE_DIR}/host)
+target_include_directories(tests_root INTERFACE ${PROJECT_SOURCE_DIR})
 # The single-precision results are defined to the last bit: no fused multiply-add, no fast math, and
 # nothing that turns on flush-to-zero.
 target_compile_options(linfit_flags INTERFACE -Wall -Wextra -Wpedantic -Wconversion -ffp-contract=off)

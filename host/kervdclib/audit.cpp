@@ -1,8 +1,8 @@
 // The audit line: who solves, in which version.
 #include <string>
 
-#include "host/common/short_string.h"
-#include "host/kervdclib/exports.h"
+#include "base/short_string.h"
+#include "kervdclib/exports.h"
 
 namespace {
 

@@ -3,9 +3,9 @@
 #include <array>
 #include <string_view>
 
-#include "host/common/short_string.h"
-#include "host/kervdclib/exports.h"
-#include "host/kervdclib/model_object.h"
+#include "base/short_string.h"
+#include "kervdclib/exports.h"
+#include "kervdclib/model_object.h"
 
 using host::DictionaryObject;
 using host::ElementNames;

@@ -1,4 +1,4 @@
-#include "host/kervdclib/environment.h"
+#include "kervdclib/environment.h"
 
 #include <algorithm>
 #include <cstdio>

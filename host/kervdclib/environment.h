@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-#include "host/common/control_file.h"
+#include "base/control_file.h"
 
 namespace host {
 

@@ -3,7 +3,7 @@
 // `dct` functions. Short strings stand in buffers of 256 bytes.
 #pragma once
 
-#include "host/common/library_entries.h"
+#include "base/library_entries.h"
 
 // Create, free, check and version entries.
 HOST_EXPORT void palXCreate(void** handle);

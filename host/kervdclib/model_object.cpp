@@ -1,4 +1,4 @@
-#include "host/kervdclib/model_object.h"
+#include "kervdclib/model_object.h"
 
 #include <utility>
 

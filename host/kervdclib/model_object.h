@@ -7,9 +7,9 @@
 #include <optional>
 #include <string>
 
-#include "host/common/instance.h"
-#include "host/common/instance_reader.h"
-#include "host/kervdclib/environment.h"
+#include "instance/instance.h"
+#include "instance/instance_reader.h"
+#include "kervdclib/environment.h"
 
 namespace host {
 

@@ -1,5 +1,5 @@
 // Which functions the library offers, and for which interface versions.
-#include "host/kervdclib/exports.h"
+#include "kervdclib/exports.h"
 
 namespace {
 

@@ -1,9 +1,9 @@
 // The environment's entries.
 #include <cstdio>
 
-#include "host/common/short_string.h"
-#include "host/kervdclib/environment.h"
-#include "host/kervdclib/exports.h"
+#include "base/short_string.h"
+#include "kervdclib/environment.h"
+#include "kervdclib/exports.h"
 
 using host::Environment;
 using host::EnvironmentObject;

@@ -2,9 +2,9 @@
 #include <algorithm>
 #include <string>
 
-#include "host/common/short_string.h"
-#include "host/kervdclib/exports.h"
-#include "host/kervdclib/model_object.h"
+#include "base/short_string.h"
+#include "kervdclib/exports.h"
+#include "kervdclib/model_object.h"
 
 using host::Guarded;
 using host::InstanceData;

@@ -6,11 +6,11 @@
 #include <string>
 #include <vector>
 
-#include "host/common/text_file.h"
-#include "host/tavolite/child_process.h"
-#include "host/tavolite/show_command.h"
-#include "host/tavolite/solve_command.h"
-#include "host/tavolite/table_arguments.h"
+#include "base/text_file.h"
+#include "tavolite/command/table_arguments.h"
+#include "tavolite/show/show_command.h"
+#include "tavolite/solve/solve_command.h"
+#include "tavolite/system/child_process.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "host/tdxdclib/batch_thread.h"
+#include "tdxdclib/batch_thread.h"
 
 #include <utility>
 

@@ -7,7 +7,7 @@
 #include <mutex>
 #include <thread>
 
-#include "host/tdxdclib/record_batch.h"
+#include "tdxdclib/record_batch.h"
 
 namespace host {
 

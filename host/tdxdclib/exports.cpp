@@ -14,9 +14,9 @@
 #include <string>
 #include <string_view>
 
-#include "host/common/short_string.h"
-#include "host/tdxdclib/tdx_version.h"
-#include "host/tdxdclib/tdx_writer.h"
+#include "base/short_string.h"
+#include "tdxdclib/tdx_version.h"
+#include "tdxdclib/tdx_writer.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "host/tdxdclib/key_set.h"
+#include "tdxdclib/key_set.h"
 
 #include <algorithm>
 #include <bit>

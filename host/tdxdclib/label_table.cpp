@@ -1,4 +1,4 @@
-#include "host/tdxdclib/label_table.h"
+#include "tdxdclib/label_table.h"
 
 #include <algorithm>
 #include <bit>

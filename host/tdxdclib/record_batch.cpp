@@ -1,4 +1,4 @@
-#include "host/tdxdclib/record_batch.h"
+#include "tdxdclib/record_batch.h"
 
 namespace host {
 

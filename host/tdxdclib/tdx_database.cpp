@@ -1,12 +1,12 @@
-#include "host/tdxdclib/tdx_database.h"
+#include "tdxdclib/tdx_database.h"
 
 #include <set>
 #include <string_view>
 #include <system_error>
 #include <utility>
 
-#include "host/common/tdx_schema.h"
-#include "host/tdxdclib/row_source.h"
+#include "tdx/tdx_schema.h"
+#include "tdxdclib/row_source.h"
 
 namespace host {
 

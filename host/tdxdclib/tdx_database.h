@@ -11,10 +11,10 @@
 #include <string>
 #include <vector>
 
-#include "host/common/database.h"
-#include "host/tdxdclib/batch_thread.h"
-#include "host/tdxdclib/label_table.h"
-#include "host/tdxdclib/record_batch.h"
+#include "base/database.h"
+#include "tdxdclib/batch_thread.h"
+#include "tdxdclib/label_table.h"
+#include "tdxdclib/record_batch.h"
 
 namespace host {
 

@@ -1,4 +1,4 @@
-#include "host/tdxdclib/tdx_writer.h"
+#include "tdxdclib/tdx_writer.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -7,10 +7,10 @@
 #include <system_error>
 #include <utility>
 
-#include "host/common/short_string.h"
-#include "host/common/text_file.h"
-#include "host/tdxdclib/tdx_version.h"
-#include "host/tdxdclib/temporary_file.h"
+#include "base/short_string.h"
+#include "base/text_file.h"
+#include "tdxdclib/tdx_version.h"
+#include "tdxdclib/temporary_file.h"
 
 namespace host {
 

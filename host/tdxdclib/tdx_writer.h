@@ -14,9 +14,9 @@
 #include <string_view>
 #include <vector>
 
-#include "host/tdxdclib/key_set.h"
-#include "host/tdxdclib/label_table.h"
-#include "host/tdxdclib/tdx_database.h"
+#include "tdxdclib/key_set.h"
+#include "tdxdclib/label_table.h"
+#include "tdxdclib/tdx_database.h"
 
 namespace host {
 

@@ -1,4 +1,4 @@
-#include "host/tdxdclib/temporary_file.h"
+#include "tdxdclib/temporary_file.h"
 
 #include <atomic>
 #include <charconv>

@@ -3,7 +3,7 @@
 
 #include <cerrno>
 
-#include "host/tdxdclib/temporary_file.h"
+#include "tdxdclib/temporary_file.h"
 
 namespace host {
 

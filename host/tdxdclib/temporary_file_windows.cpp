@@ -2,7 +2,7 @@
 
 #include <system_error>
 
-#include "host/tdxdclib/temporary_file.h"
+#include "tdxdclib/temporary_file.h"
 
 namespace host {
 

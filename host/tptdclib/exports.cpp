@@ -1,10 +1,10 @@
-#include "host/tptdclib/exports.h"
+#include "tptdclib/exports.h"
 
 #include <string>
 
-#include "host/common/short_string.h"
-#include "host/common/text_file.h"
-#include "host/tptdclib/option_table.h"
+#include "base/short_string.h"
+#include "base/text_file.h"
+#include "tptdclib/option_table.h"
 
 using host::Guarded;
 using host::OptionTable;

@@ -2,7 +2,7 @@
 // buffers of 256 bytes.
 #pragma once
 
-#include "host/common/library_entries.h"
+#include "base/library_entries.h"
 
 HOST_EXPORT void XCreate(void** handle);
 HOST_EXPORT void XFree(void** handle);

@@ -1,10 +1,10 @@
-#include "host/tptdclib/option_line.h"
+#include "tptdclib/option_line.h"
 
 #include <algorithm>
 #include <charconv>
 #include <system_error>
 
-#include "host/common/text_file.h"
+#include "base/text_file.h"
 
 namespace host {
 

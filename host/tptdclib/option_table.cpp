@@ -1,7 +1,7 @@
-#include "host/tptdclib/option_table.h"
+#include "tptdclib/option_table.h"
 
-#include "host/common/short_string.h"
-#include "host/common/text_file.h"
+#include "base/short_string.h"
+#include "base/text_file.h"
 
 namespace host {
 

@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-#include "host/tptdclib/option_line.h"
+#include "tptdclib/option_line.h"
 
 namespace host {
 

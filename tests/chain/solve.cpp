@@ -1,6 +1,6 @@
 #include "tests/chain/solve.h"
 
-#include "host/common/database.h"
+#include "base/database.h"
 
 namespace chain {
 

@@ -1,5 +1,5 @@
 // Control files: what can be read is the same after it has been written and read again.
-#include "host/common/control_file.h"
+#include "base/control_file.h"
 #include "tests/fuzz/fuzz_input.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

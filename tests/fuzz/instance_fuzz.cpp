@@ -5,9 +5,9 @@
 #include <cstring>
 #include <memory>
 
-#include "host/common/database.h"
-#include "host/common/instance.h"
-#include "host/common/instance_reader.h"
+#include "base/database.h"
+#include "instance/instance.h"
+#include "instance/instance_reader.h"
 #include "tests/fuzz/fuzz_input.h"
 
 namespace {

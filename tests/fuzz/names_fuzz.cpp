@@ -1,6 +1,6 @@
 // Names of rows and columns: what is taken apart and put together again is the same name.
-#include "host/tavolite/input_error.h"
-#include "host/tavolite/names.h"
+#include "base/input_error.h"
+#include "instance/names.h"
 #include "tests/fuzz/fuzz_input.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

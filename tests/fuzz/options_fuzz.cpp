@@ -1,7 +1,7 @@
 // Definition files and option files: the input is one of each, with a zero byte between them. A
 // fault is told by a message, and keys keep a value of their type.
-#include "host/tptdclib/option_table.h"
 #include "tests/fuzz/fuzz_input.h"
+#include "tptdclib/option_table.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string_view bytes(reinterpret_cast<const char*>(data), size);

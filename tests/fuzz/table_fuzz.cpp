@@ -2,8 +2,8 @@
 // must give the same model or the same message.
 #include <sstream>
 
-#include "host/tavolite/input_error.h"
-#include "host/tavolite/table_model.h"
+#include "base/input_error.h"
+#include "tavolite/tables/table_model.h"
 #include "tests/fuzz/fuzz_input.h"
 
 namespace {

@@ -1,0 +1,86 @@
+#include "base/text_file.h"
+
+#include <fstream>
+#include <sstream>
+#include <system_error>
+
+namespace host {
+
+std::string Utf8(const std::filesystem::path& path) {
+  const std::u8string text = path.u8string();
+  return {text.begin(), text.end()};
+}
+
+std::filesystem::path FromUtf8(std::string_view text) {
+  try {
+    return std::filesystem::path(std::u8string(text.begin(), text.end()));
+  } catch (const std::exception&) {
+    throw FileError("not a path: " + std::string(text));
+  }
+}
+
+namespace {
+
+std::string ReadWhole(const std::filesystem::path& file) {
+  std::error_code error;
+  if (std::filesystem::is_directory(file, error)) {
+    throw FileError("can't read " + Utf8(file) + ": it is a directory");
+  }
+  std::ifstream stream(file, std::ios::binary);
+  std::ostringstream text;
+  if (stream && stream.peek() != std::ifstream::traits_type::eof()) {
+    text << stream.rdbuf();
+  } else if (stream.is_open()) {
+    return {};
+  }
+  if (!stream || !text) {
+    throw FileError("can't read " + Utf8(file));
+  }
+  return std::move(text).str();
+}
+
+}  // namespace
+
+std::vector<std::string> ReadLines(const std::filesystem::path& file) {
+  const std::string text = ReadWhole(file);
+  constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+  std::size_t start = text.starts_with(kByteOrderMark) ? kByteOrderMark.size() : 0;
+  std::vector<std::string> lines;
+  while (start < text.size()) {
+    const std::size_t end = std::min(text.find('\n', start), text.size());
+    std::string line = text.substr(start, end - start);
+    if (line.ends_with('\r')) {
+      line.pop_back();
+    }
+    if (line.find('\0') != std::string::npos) {
+      throw FileError(AtLine(file, lines.size() + 1, "zero byte; this is not a text file"));
+    }
+    lines.push_back(std::move(line));
+    start = end + 1;
+  }
+  return lines;
+}
+
+void WriteText(const std::filesystem::path& file, std::string_view text) {
+  std::ofstream stream(file, std::ios::binary);
+  stream.write(text.data(), static_cast<std::streamsize>(text.size()));
+  stream.close();
+  if (!stream) {
+    throw FileError("can't write " + Utf8(file));
+  }
+}
+
+std::string_view Stripped(std::string_view text) {
+  constexpr std::string_view kBlanks = " \t";
+  const std::size_t first = text.find_first_not_of(kBlanks);
+  if (first == std::string_view::npos) {
+    return {};
+  }
+  return text.substr(first, text.find_last_not_of(kBlanks) + 1 - first);
+}
+
+std::string AtLine(const std::filesystem::path& file, std::size_t line, std::string_view text) {
+  return Utf8(file) + "(" + std::to_string(line) + "): " + std::string(text);
+}
+
+}  // namespace host

@@ -1,0 +1,102 @@
+#include "instance/instance_check.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "instance/instance.h"
+
+namespace host {
+
+namespace {
+
+void Require(bool condition, const char* fault) {
+  if (!condition) {
+    throw FileError(fault);
+  }
+}
+
+void CheckCount(std::int64_t count, const char* what) {
+  if (count < 0 || count > kMaxElements) {
+    throw FileError(std::string("the number of ") + what + " is not within 0 and " +
+                    std::to_string(kMaxElements));
+  }
+}
+
+bool IsFinite(double value) {
+  return std::isfinite(value);
+}
+
+}  // namespace
+
+void CheckShape(std::span<const RowType> row_types, std::span<const double> rhs,
+                std::int64_t column_count, std::int64_t objective_row,
+                std::int64_t objective_column) {
+  const auto row_count = static_cast<std::int64_t>(row_types.size());
+  CheckCount(row_count, "rows");
+  CheckCount(column_count, "columns");
+  Require(rhs.size() == row_types.size(), "not one right-hand side per row");
+  Require(objective_row >= 0 && objective_row < row_count, "the objective row is not a row");
+  Require(objective_column >= 0 && objective_column < column_count,
+          "the objective column is not a column");
+  const bool known = std::all_of(row_types.begin(), row_types.end(), [](RowType type) {
+    return type >= RowType::kEqual && type <= RowType::kFree;
+  });
+  Require(known, "unknown row type");
+  Require(std::all_of(rhs.begin(), rhs.end(), IsFinite), "a right-hand side is not finite");
+}
+
+void CheckRowNumbers(std::span<const std::int32_t> rows, std::int32_t row_count) {
+  std::int32_t previous = -1;
+  for (const std::int32_t row : rows) {
+    Require(row > previous, "row numbers are not ascending");
+    previous = row;
+  }
+  Require(previous < row_count, "a row number is not the number of a row");
+}
+
+void CheckBounds(double lower, double upper) {
+  Require(!std::isnan(lower) && !std::isnan(upper), "a bound is not a number");
+}
+
+void CheckValues(std::span<const double> values) {
+  Require(std::all_of(values.begin(), values.end(), IsFinite), "a value is not finite");
+}
+
+void CheckColumn(double lower, double upper, std::size_t row_numbers,
+                 std::span<const double> values) {
+  CheckBounds(lower, upper);
+  Require(values.size() == row_numbers, "not one value per row number");
+  CheckValues(values);
+}
+
+void CheckName(std::string_view name) {
+  Require(!name.empty(), "a symbol or label has no text");
+  if (name.size() > kMaxNameLength) {
+    throw FileError("longer than " + std::to_string(kMaxNameLength) +
+                    " bytes: " + std::string(name));
+  }
+}
+
+void CheckNames(const ElementNames& names, std::size_t elements, std::size_t symbols,
+                std::size_t labels) {
+  Require(names.symbol.size() == elements, "not one symbol per element");
+  Require(names.first.size() == elements + 1, "not one list of labels per element");
+  Require(names.first.front() == 0 &&
+              names.first.back() == static_cast<std::int64_t>(names.label.size()),
+          "the lists of labels do not fit the labels");
+  for (std::size_t i = 0; i < elements; ++i) {
+    // In 64 bits, where the difference of any two 32-bit numbers fits.
+    const std::int64_t count = std::int64_t{names.first[i + 1]} - names.first[i];
+    Require(count >= 0 && count <= kMaxLabels,
+            "an element has fewer than 0 or more than 20 labels");
+  }
+  const auto within = [](std::span<const std::int32_t> numbers, std::size_t count) {
+    return std::all_of(numbers.begin(), numbers.end(), [count](std::int32_t number) {
+      return number >= 0 && static_cast<std::size_t>(number) < count;
+    });
+  };
+  Require(within(names.symbol, symbols), "a symbol number is not in the dictionary");
+  Require(within(names.label, labels), "a label number is not in the dictionary");
+}
+
+}  // namespace host

@@ -1,0 +1,44 @@
+// What holds for every instance: checked before one is written and again when one is read. All
+// throw FileError with the fault.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "base/text_file.h"
+#include "instance/model.h"
+
+namespace host {
+
+// Counts within their limits, one right-hand side per row, all finite, row types known, objective
+// row and column among the rows and columns.
+void CheckShape(std::span<const RowType> row_types, std::span<const double> rhs,
+                std::int64_t column_count, std::int64_t objective_row,
+                std::int64_t objective_column);
+// Ascending, from 0 to row_count - 1.
+void CheckRowNumbers(std::span<const std::int32_t> rows, std::int32_t row_count);
+// Bounds that are numbers or infinite, one finite value per row number.
+void CheckColumn(double lower, double upper, std::size_t row_numbers,
+                 std::span<const double> values);
+// The two parts of it: bounds that are numbers or infinite, finite values.
+void CheckBounds(double lower, double upper);
+void CheckValues(std::span<const double> values);
+// Not empty, at most 63 bytes.
+void CheckName(std::string_view name);
+// One symbol and at most 20 labels per element, all of them in the dictionary.
+void CheckNames(const ElementNames& names, std::size_t elements, std::size_t symbols,
+                std::size_t labels);
+
+// Runs `step` and puts `what` before the text of a failure.
+template <class Step>
+void InContext(const std::string& what, Step step) {
+  try {
+    step();
+  } catch (const FileError& error) {
+    throw FileError(what + ": " + error.what());
+  }
+}
+
+}  // namespace host

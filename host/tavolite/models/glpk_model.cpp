@@ -1,0 +1,293 @@
+#include "tavolite/models/glpk_model.h"
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+#include <unordered_map>
+#include <utility>
+
+#include "base/input_error.h"
+#include "base/text_file.h"
+#include "instance/names.h"
+
+namespace host {
+namespace {
+
+constexpr double kConstantTolerance = 1e-10;  // how far from a constant the solver lets one be
+
+std::string NameOrEmpty(const char* name) {
+  return name == nullptr ? "" : name;
+}
+
+// Where the objective stands in the problem, one-based; 0 is "nowhere".
+struct Objective {
+  int row = 0;
+  int column = 0;
+  std::string name;
+};
+
+Objective FindObjective(glp_prob* problem) {
+  Objective objective;
+  objective.name = NameOrEmpty(glp_get_obj_name(problem));
+  if (glp_get_obj_dir(problem) != GLP_MIN) throw InputError("the objective must be minimized");
+  if (glp_get_obj_coef(problem, 0) != 0.0) {
+    throw InputError("the objective " + objective.name +
+                     " has a constant term: it must be one variable alone");
+  }
+  for (int j = 1; j <= glp_get_num_cols(problem); ++j) {
+    const double coefficient = glp_get_obj_coef(problem, j);
+    if (coefficient == 0.0) continue;
+    const std::string column = NameOrEmpty(glp_get_col_name(problem, j));
+    if (objective.column != 0) {
+      throw InputError("the objective " + objective.name +
+                       " has more than one variable: it must be one variable alone, with the "
+                       "coefficient 1");
+    }
+    if (coefficient != 1.0) {
+      throw InputError("the objective " + objective.name + " has the variable " + column +
+                       " with a coefficient other than 1");
+    }
+    objective.column = j;
+  }
+  return objective;
+}
+
+// MathProg keeps the objective among the rows.
+Objective FindMathProgObjective(glp_prob* problem) {
+  Objective objective = FindObjective(problem);
+  if (objective.name.empty()) {
+    throw InputError("the model has no objective: it needs one like `minimize objective: rss;`");
+  }
+  for (int i = 1; i <= glp_get_num_rows(problem) && objective.row == 0; ++i) {
+    if (NameOrEmpty(glp_get_row_name(problem, i)) == objective.name) objective.row = i;
+  }
+  if (objective.row == 0) throw InputError("the objective " + objective.name + " has no row");
+  if (objective.column == 0) {
+    throw InputError("the objective " + objective.name +
+                     " has no variable: it must be one variable alone, with the coefficient 1");
+  }
+  return objective;
+}
+
+// The first of `name`, `name_`, `name__` ... that no row or column has.
+template <class IsTaken>
+std::string FreeName(std::string name, IsTaken is_taken) {
+  while (is_taken(name.c_str())) name += '_';
+  return name;
+}
+
+// MPS and LP readers leave the objective out of the rows: put it back, as the first one. GLPK's own
+// order of the other rows stays.
+Objective RestoreObjective(glp_prob* problem, ReaderNotes& notes) {
+  Objective objective = FindObjective(problem);
+  glp_create_index(problem);
+  const auto row_taken = [&](const char* name) { return glp_find_row(problem, name) != 0; };
+  const auto column_taken = [&](const char* name) { return glp_find_col(problem, name) != 0; };
+  if (objective.column == 0) {
+    const std::string name = FreeName("rss", column_taken);
+    objective.column = glp_add_cols(problem, 1);
+    glp_set_col_name(problem, objective.column, name.c_str());
+    glp_set_col_bnds(problem, objective.column, GLP_FR, 0.0, 0.0);
+    notes.notes.push_back("the objective is empty: the variable " + name +
+                          " was added as objective");
+  }
+  if (objective.name.empty()) objective.name = "objective";
+  objective.name = FreeName(objective.name, row_taken);
+  return objective;
+}
+
+// One-based row of GLPK to row of the model: an objective put back stands before all others.
+class RowNumbers {
+ public:
+  RowNumbers(const glp_prob* problem, const Objective& objective)
+      : offset_(objective.row == 0 ? 0 : -1),
+        objective_row_(objective.row == 0 ? 0 : objective.row - 1),
+        count_(glp_get_num_rows(const_cast<glp_prob*>(problem)) + (objective.row == 0 ? 1 : 0)) {}
+  [[nodiscard]] std::int32_t Of(int glpk_row) const { return glpk_row + offset_; }
+  [[nodiscard]] int GlpkRow(std::int32_t row) const {
+    return row - offset_;
+  }  // 0: the one put back
+  [[nodiscard]] std::int32_t Objective() const { return objective_row_; }
+  [[nodiscard]] std::int32_t Count() const { return count_; }
+
+ private:
+  int offset_;
+  std::int32_t objective_row_;
+  std::int32_t count_;
+};
+
+std::pair<RowType, double> TypeAndRhs(glp_prob* problem, int row) {
+  switch (glp_get_row_type(problem, row)) {
+    case GLP_FX:
+      return {RowType::kEqual, glp_get_row_lb(problem, row)};
+    case GLP_LO:
+      return {RowType::kGreater, glp_get_row_lb(problem, row)};
+    case GLP_UP:
+      return {RowType::kLess, glp_get_row_ub(problem, row)};
+    case GLP_FR:
+      return {RowType::kFree, 0.0};
+    default:
+      throw InputError("row " + NameOrEmpty(glp_get_row_name(problem, row)) +
+                       " has a lower and an upper bound: only equalities make a regression");
+  }
+}
+
+RowType Turned(RowType type) {
+  if (type == RowType::kGreater) return RowType::kLess;
+  if (type == RowType::kLess) return RowType::kGreater;
+  return type;
+}
+
+void AddRows(glp_prob* problem, const RowNumbers& numbers, double sign, const Objective& objective,
+             NameStyle style, DictionaryBuilder& dictionary, Model& model) {
+  for (std::int32_t i = 0; i < numbers.Count(); ++i) {
+    const int row = numbers.GlpkRow(i);
+    if (i == numbers.Objective()) {
+      model.row_types.push_back(RowType::kFree);
+      model.rhs.push_back(0.0);
+      dictionary.Append(model.row_names, ParseName(objective.name, style));
+      continue;
+    }
+    const auto [type, rhs] = TypeAndRhs(problem, row);
+    model.row_types.push_back(sign < 0.0 ? Turned(type) : type);
+    model.rhs.push_back(sign * rhs + 0.0);  // no negative zeros
+    dictionary.Append(model.row_names,
+                      ParseName(NameOrEmpty(glp_get_row_name(problem, row)), style));
+  }
+}
+
+void SetBounds(glp_prob* problem, int j, Column& column) {
+  const int type = glp_get_col_type(problem, j);
+  if (type == GLP_LO || type == GLP_DB || type == GLP_FX) column.lower = glp_get_col_lb(problem, j);
+  if (type == GLP_UP || type == GLP_DB) column.upper = glp_get_col_ub(problem, j);
+  if (type == GLP_FX) column.upper = column.lower;
+}
+
+// The entries of GLPK's column j by ascending row, with the signs of fit rows turned.
+std::vector<std::pair<std::int32_t, double>> Entries(glp_prob* problem, int j,
+                                                     const RowNumbers& numbers, double sign,
+                                                     std::vector<int>& rows,
+                                                     std::vector<double>& values) {
+  const int count = glp_get_mat_col(problem, j, nullptr, nullptr);
+  rows.resize(static_cast<std::size_t>(count) + 1);
+  values.resize(rows.size());
+  glp_get_mat_col(problem, j, rows.data(), values.data());
+  std::vector<std::pair<std::int32_t, double>> entries;
+  entries.reserve(rows.size());
+  for (std::size_t k = 1; k < rows.size(); ++k) {
+    const std::int32_t row = numbers.Of(rows[k]);
+    entries.emplace_back(row, row == numbers.Objective() ? values[k] : sign * values[k]);
+  }
+  std::sort(entries.begin(), entries.end());
+  return entries;
+}
+
+// GLPK's columns in the order in which the model declares their variables: by itself GLPK numbers
+// the terms of a sum that is written out from the last to the first.
+std::vector<int> ColumnOrder(glp_prob* problem, const std::vector<std::string>& variables,
+                             NameStyle style) {
+  std::unordered_map<std::string, std::size_t> places;
+  for (const std::string& name : variables) places.emplace(name, places.size());
+  std::vector<std::pair<std::size_t, int>> order;
+  for (int j = 1; j <= glp_get_num_cols(problem); ++j) {
+    const ParsedName name = ParseName(NameOrEmpty(glp_get_col_name(problem, j)), style);
+    const auto place = places.find(name.symbol);
+    order.emplace_back(place == places.end() ? places.size() : place->second, j);
+  }
+  std::sort(order.begin(), order.end());
+  std::vector<int> columns;
+  for (const auto& [place, j] : order) columns.push_back(j);
+  return columns;
+}
+
+void AddColumns(glp_prob* problem, const std::vector<int>& order, const RowNumbers& numbers,
+                double sign, const Objective& objective, NameStyle style,
+                DictionaryBuilder& dictionary, Model& model) {
+  std::vector<int> row_buffer;
+  std::vector<double> value_buffer;
+  std::vector<std::int32_t> rows;
+  for (const int j : order) {
+    const std::string name = NameOrEmpty(glp_get_col_name(problem, j));
+    if (j == objective.column) {
+      model.objective_column = static_cast<std::int32_t>(model.columns.size());
+    }
+    if (glp_get_col_kind(problem, j) != GLP_CV) {
+      throw InputError("variable " + name + " is integer: only continuous ones can be estimated");
+    }
+    Column column;
+    SetBounds(problem, j, column);
+    rows.clear();
+    if (objective.row == 0 && j == objective.column) {
+      rows.push_back(numbers.Objective());
+      column.values.push_back(1.0);
+    }
+    for (const auto& [row, value] : Entries(problem, j, numbers, sign, row_buffer, value_buffer)) {
+      rows.push_back(row);
+      column.values.push_back(value);
+    }
+    // Columns of a regression mostly have entries in all rows.
+    const bool same = !model.columns.empty() && *model.columns.back().rows == rows;
+    column.rows =
+        same ? model.columns.back().rows : std::make_shared<const std::vector<std::int32_t>>(rows);
+    model.columns.push_back(std::move(column));
+    dictionary.Append(model.column_names, ParseName(name, style));
+  }
+}
+
+// With the data on the wrong side every value arrives with the other sign. A constant term is then
+// no longer seen as one: the solver adds an intercept that can't be told from it.
+void WarnOfNegativeConstant(const Model& model, const ModelSource& source, DataSide side,
+                            ReaderNotes& notes) {
+  const auto fit_rows = model.row_types.size() - 1;
+  for (std::size_t j = 0; j < model.columns.size(); ++j) {
+    const Column& column = model.columns[j];
+    if (static_cast<std::int32_t>(j) == model.objective_column || fit_rows == 0) continue;
+    // The solver turns the signs, so that +1 here is -1 there.
+    const bool constant =
+        column.values.size() == fit_rows &&
+        std::all_of(column.values.begin(), column.values.end(),
+                    [](double value) { return std::abs(value - 1.0) <= kConstantTolerance; }) &&
+        !std::binary_search(column.rows->begin(), column.rows->end(), model.objective_row);
+    if (!constant) continue;
+    const bool left = side == DataSide::kLeft;
+    notes.warnings.push_back("the column of " +
+                             DisplayName(model.dictionary, model.column_names, j) +
+                             " is -1 in every observation: if " + Utf8(source.model.filename()) +
+                             " has its data on the " + (left ? "right" : "left") +
+                             "-hand side, use --data-side " + (left ? "right" : "left"));
+    return;
+  }
+}
+
+}  // namespace
+
+Model ReadGlpkModel(const ModelSource& source, ReaderNotes& notes) {
+  const bool is_mathprog = source.format == ModelFormat::kMathProg;
+  const DataSide side = source.data_side.value_or(is_mathprog ? DataSide::kLeft : DataSide::kRight);
+  const double sign = side == DataSide::kRight ? -1.0 : 1.0;
+  const NameStyle style = is_mathprog                ? NameStyle::kMathProg
+                          : source.split_underscores ? NameStyle::kBracketsOrUnderscores
+                                                     : NameStyle::kBrackets;
+  GlpkSession session;
+  GlpkProblem problem =
+      is_mathprog ? ReadMathProg(session, source.model, source.data, source.scratch, notes)
+                  : ReadMpsOrLp(session, source.model, source.format);
+  Model model;
+  try {
+    const Objective objective =
+        is_mathprog ? FindMathProgObjective(problem.get()) : RestoreObjective(problem.get(), notes);
+    const RowNumbers numbers(problem.get(), objective);
+    model.name = Utf8(source.model.stem());
+    model.objective_row = numbers.Objective();
+    DictionaryBuilder dictionary(model.dictionary);
+    AddRows(problem.get(), numbers, sign, objective, style, dictionary, model);
+    AddColumns(problem.get(), ColumnOrder(problem.get(), notes.variables, style), numbers, sign,
+               objective, style, dictionary, model);
+  } catch (const InputError& error) {
+    throw InputError(Utf8(source.model) + ": " + error.what());
+  }
+  if (!source.data_side) WarnOfNegativeConstant(model, source, side, notes);
+  return model;
+}
+
+}  // namespace host

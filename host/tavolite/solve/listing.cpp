@@ -1,0 +1,152 @@
+#include "tavolite/solve/listing.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <deque>
+#include <fstream>
+#include <future>
+#include <span>
+#include <string_view>
+
+#include "base/text_file.h"
+#include "instance/names.h"
+
+namespace host {
+namespace {
+
+constexpr std::size_t kNumberWidth = 25;  // the longest number has 24 characters
+constexpr std::size_t kUsualName = 16;
+constexpr std::size_t kElementsPerPiece = 32768;
+constexpr std::int32_t kObjectiveCode = 5;  // of the head and tail values
+
+// Room for any number; the text is a view of `buffer` or a constant.
+std::string_view Format(double value, std::span<char> buffer) {
+  if (std::isnan(value)) return "NaN";
+  if (std::isinf(value)) return value > 0 ? "Infinity" : "-Infinity";
+  const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
+  return {buffer.data(), static_cast<std::size_t>(result.ptr - buffer.data())};
+}
+
+void AppendNumber(double value, std::string& text) {
+  std::array<char, 32> buffer;
+  const std::string_view number = Format(value, buffer);
+  text.append(kNumberWidth - std::min(number.size(), kNumberWidth), ' ');
+  text += number;
+}
+
+// A file that takes large pieces of text at once.
+class Output {
+ public:
+  explicit Output(const std::filesystem::path& file)
+      : name_(Utf8(file)), stream_(file, std::ios::binary | std::ios::trunc) {
+    Check();
+  }
+  void Write(std::string_view text) {
+    stream_.write(text.data(), static_cast<std::streamsize>(text.size()));
+    Check();
+  }
+  void Close() {
+    stream_.close();
+    Check();
+  }
+
+ private:
+  void Check() const {
+    if (!stream_) throw FileError(name_ + ": can't be written");
+  }
+
+  std::string name_;
+  std::ofstream stream_;
+};
+
+void CopyStatusFile(const std::filesystem::path& file, Output& output) {
+  std::ifstream in(file, std::ios::binary);
+  std::array<char, 65536> buffer;
+  while (in.read(buffer.data(), buffer.size()), in.gcount() > 0) {
+    output.Write({buffer.data(), static_cast<std::size_t>(in.gcount())});
+  }
+}
+
+struct Elements {
+  const Dictionary& dictionary;
+  const ElementNames& names;
+  const SolutionPart& part;
+};
+
+// The lines of the elements from `first` to `last` - 1.
+std::string ElementLines(const Elements& elements, std::size_t first, std::size_t last) {
+  std::string text;
+  text.reserve((last - first) * (2 * kNumberWidth + kUsualName));
+  for (std::size_t i = first; i < last; ++i) {
+    AppendNumber(elements.part.level[i], text);
+    AppendNumber(elements.part.marginal[i], text);
+    text += "  ";
+    AppendDisplayName(elements.dictionary, elements.names, i, text);
+    text += '\n';
+  }
+  return text;
+}
+
+// Where there are many elements, two threads make the next pieces while one is written.
+void WriteElements(const Elements& elements, Output& output) {
+  const std::size_t count = std::min(elements.names.symbol.size(), elements.part.level.size());
+  const auto policy = count > kElementsPerPiece ? std::launch::async | std::launch::deferred
+                                                : std::launch::deferred;
+  std::deque<std::future<std::string>> pieces;
+  for (std::size_t first = 0; first < count || !pieces.empty(); first += kElementsPerPiece) {
+    if (first < count) {
+      const std::size_t last = std::min(first + kElementsPerPiece, count);
+      pieces.push_back(std::async(
+          policy, [&elements, first, last] { return ElementLines(elements, first, last); }));
+    }
+    if (pieces.size() > 2 || first + kElementsPerPiece >= count) {
+      output.Write(pieces.front().get());
+      pieces.pop_front();
+    }
+  }
+}
+
+void WritePart(std::string_view title, const Elements& elements, Output& output) {
+  std::string heading = "\n" + std::string(title) + "\n\n";
+  heading.append(kNumberWidth - 5, ' ') += "Level";
+  heading.append(kNumberWidth - 8, ' ') += "Marginal  Name\n";
+  output.Write(heading);
+  WriteElements(elements, output);
+}
+
+}  // namespace
+
+std::string ModelStatusText(std::int32_t status) {
+  return status == 1 ? "optimal" : "code " + std::to_string(status);
+}
+
+std::string SolveStatusText(std::int32_t status) {
+  return status == 1 ? "ended normally" : "code " + std::to_string(status);
+}
+
+std::string ObjectiveText(const Solution& solution) {
+  const auto found = solution.head_and_tail.find(kObjectiveCode);
+  if (found == solution.head_and_tail.end()) return "not stated";
+  std::array<char, 32> buffer;
+  return std::string(Format(found->second, buffer));
+}
+
+void WriteListing(const std::filesystem::path& listing, const std::filesystem::path& status_file,
+                  const ModelNames& names, const Solution* solution) {
+  Output output(listing);
+  CopyStatusFile(status_file, output);
+  for (const std::string& note : names.notes) output.Write("\nNote: " + note + "\n");
+  if (solution != nullptr) {
+    output.Write("\nSolution of " + names.model +
+                 "\n\nModel status: " + ModelStatusText(solution->model_status) +
+                 "\nSolve status: " + SolveStatusText(solution->solve_status) +
+                 "\nObjective:    " + ObjectiveText(*solution) + "\n");
+    WritePart("Equations", {names.dictionary, names.rows, solution->rows}, output);
+    WritePart("Variables", {names.dictionary, names.columns, solution->columns}, output);
+  }
+  output.Close();
+}
+
+}  // namespace host

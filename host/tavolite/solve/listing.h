@@ -1,0 +1,35 @@
+// The listing: the status file of the solver, followed by the solution under the model's own names.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "instance/instance.h"
+#include "instance/model.h"
+
+namespace host {
+
+// What a listing needs of a model when its matrix is no longer there.
+struct ModelNames {
+  std::string model;
+  Dictionary dictionary;
+  ElementNames rows;
+  ElementNames columns;
+  std::vector<std::string> notes;  // what the front end has assumed
+};
+
+// Model and solve status in words.
+std::string ModelStatusText(std::int32_t status);
+std::string SolveStatusText(std::int32_t status);
+
+// The solution's objective value in the shortest digits that read back as the same number, or
+// "Infinity", "-Infinity", "NaN"; "not stated" when the solver has stated none.
+std::string ObjectiveText(const Solution& solution);
+
+// Writes `listing`: the content of `status_file` (nothing when it isn't there), then the notes,
+// then `solution` when there is one. Throws FileError.
+void WriteListing(const std::filesystem::path& listing, const std::filesystem::path& status_file,
+                  const ModelNames& names, const Solution* solution);
+
+}  // namespace host

@@ -1,0 +1,34 @@
+#include "tavolite/solve/solver_log.h"
+
+#include <algorithm>
+
+namespace host {
+namespace {
+
+constexpr std::string_view kResultsFile = "TDX file: ";
+constexpr std::size_t kMaxLine = 4096;  // more of a line is of no use
+
+}  // namespace
+
+void SolverLog::Take(std::string_view piece) {
+  while (!piece.empty()) {
+    const std::size_t end = piece.find('\n');
+    const std::string_view part = piece.substr(0, end);
+    line_ += part.substr(0, kMaxLine - std::min(kMaxLine, line_.size()));
+    if (end == std::string_view::npos) return;
+    End();
+    piece.remove_prefix(end + 1);
+  }
+}
+
+void SolverLog::End() {
+  const std::size_t last = line_.find_last_not_of(" \t\r");
+  if (last != std::string::npos) {
+    line_.resize(last + 1);
+    if (line_.starts_with(kResultsFile)) results_file_ = line_.substr(kResultsFile.size());
+    last_line_ = line_;
+  }
+  line_.clear();
+}
+
+}  // namespace host

@@ -1,0 +1,178 @@
+#include <fcntl.h>
+#include <pthread.h>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <chrono>
+#include <mutex>
+#include <system_error>
+#include <thread>
+
+#include "tavolite/system/child_process.h"
+
+extern char** environ;
+
+namespace host {
+namespace {
+
+constexpr int kInterruptStatus = 130;
+constexpr std::array kInterrupts{SIGINT, SIGTERM, SIGHUP};
+
+sigset_t InterruptSet() {
+  sigset_t set;
+  sigemptyset(&set);
+  for (const int number : kInterrupts) sigaddset(&set, number);
+  return set;
+}
+
+[[noreturn]] void Fail(int code, const std::string& what) {
+  throw std::system_error(code, std::generic_category(), what);
+}
+
+// A child must not inherit what this process has blocked or ignored.
+class SpawnSetup {
+ public:
+  explicit SpawnSetup(int output) {
+    posix_spawn_file_actions_init(&actions_);
+    posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+    posix_spawn_file_actions_adddup2(&actions_, output, STDOUT_FILENO);
+    posix_spawnattr_init(&attributes_);
+    sigset_t none;
+    sigemptyset(&none);
+    sigset_t interrupts = InterruptSet();
+    sigaddset(&interrupts, SIGPIPE);
+    posix_spawnattr_setsigmask(&attributes_, &none);
+    posix_spawnattr_setsigdefault(&attributes_, &interrupts);
+    posix_spawnattr_setflags(&attributes_, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
+  }
+  SpawnSetup(const SpawnSetup&) = delete;
+  SpawnSetup& operator=(const SpawnSetup&) = delete;
+  ~SpawnSetup() {
+    posix_spawn_file_actions_destroy(&actions_);
+    posix_spawnattr_destroy(&attributes_);
+  }
+
+  int Spawn(const std::string& program, const std::string& argument, pid_t& pid) {
+    std::array<char*, 3> arguments{const_cast<char*>(program.c_str()),
+                                   const_cast<char*>(argument.c_str()), nullptr};
+    return posix_spawn(&pid, program.c_str(), &actions_, &attributes_, arguments.data(), environ);
+  }
+
+ private:
+  posix_spawn_file_actions_t actions_{};
+  posix_spawnattr_t attributes_{};
+};
+
+void ReadToEnd(int pipe, const std::function<void(std::string_view)>& on_output) {
+  std::array<char, 65536> buffer;
+  while (true) {
+    const ssize_t count = read(pipe, buffer.data(), buffer.size());
+    if (count > 0) on_output({buffer.data(), static_cast<std::size_t>(count)});
+    if (count == 0 || (count < 0 && errno != EINTR)) return;
+  }
+}
+
+ChildProcess::Exit ToExit(int status) {
+  ChildProcess::Exit exit;
+  if (WIFEXITED(status)) exit.code = WEXITSTATUS(status);
+  if (WIFSIGNALED(status)) {
+    exit.code = 128 + WTERMSIG(status);
+    for (const int number : kInterrupts) exit.interrupted |= WTERMSIG(status) == number;
+  }
+  return exit;
+}
+
+}  // namespace
+
+std::filesystem::path OwnProgram() {
+  return std::filesystem::read_symlink("/proc/self/exe");
+}
+
+std::filesystem::path ProgramFileName(const std::string& name) {
+  return name;
+}
+
+std::vector<std::string> Utf8Arguments(int argc, char** argv) {
+  return {argv, argv + argc};
+}
+
+void UseUtf8Console() {}
+
+struct ChildProcess::State {
+  std::mutex mutex;
+  pid_t pid = 0;  // of the running child, 0 when there is none
+};
+
+ChildProcess::ChildProcess() : state_(std::make_unique<State>()) {}
+ChildProcess::~ChildProcess() = default;
+
+ChildProcess::Exit ChildProcess::Run(const std::filesystem::path& program,
+                                     const std::filesystem::path& argument,
+                                     const std::function<void(std::string_view)>& on_output) {
+  std::array<int, 2> ends{};
+  if (pipe2(ends.data(), O_CLOEXEC) != 0) Fail(errno, "pipe");
+  pid_t pid = 0;
+  int failure = 0;
+  {
+    const std::lock_guard lock(state_->mutex);
+    failure = SpawnSetup(ends[1]).Spawn(program.string(), argument.string(), pid);
+    if (failure == 0) state_->pid = pid;
+  }
+  close(ends[1]);
+  if (failure != 0) {
+    close(ends[0]);
+    Fail(failure, "can't start " + program.string());
+  }
+  ReadToEnd(ends[0], on_output);
+  close(ends[0]);
+
+  // Left unreaped until the lock is held, so that Stop never signals a number that is used again.
+  siginfo_t info{};
+  while (waitid(P_PID, static_cast<id_t>(pid), &info, WEXITED | WNOWAIT) != 0 && errno == EINTR) {
+  }
+  const std::lock_guard lock(state_->mutex);
+  int status = 0;
+  while (waitpid(pid, &status, 0) < 0 && errno == EINTR) {
+  }
+  state_->pid = 0;
+  return ToExit(status);
+}
+
+void ChildProcess::Stop() {
+  using std::chrono::milliseconds;
+  constexpr milliseconds kStep{5};
+  constexpr milliseconds kPatience{2000};
+  for (milliseconds waited{0};; waited += kStep) {
+    {
+      const std::lock_guard lock(state_->mutex);
+      if (state_->pid == 0) return;
+      siginfo_t info{};
+      if (waitid(P_PID, static_cast<id_t>(state_->pid), &info, WEXITED | WNOHANG | WNOWAIT) == 0 &&
+          info.si_pid != 0) {
+        return;
+      }
+      if (waited == milliseconds{0}) kill(state_->pid, SIGTERM);
+      if (waited == kPatience) kill(state_->pid, SIGKILL);
+    }
+    std::this_thread::sleep_for(kStep);
+  }
+}
+
+void OnInterrupt(std::function<void()> cleanup) {
+  const sigset_t set = InterruptSet();
+  pthread_sigmask(SIG_BLOCK, &set, nullptr);
+  // A reader of our output that goes away must not leave files behind either.
+  signal(SIGPIPE, SIG_IGN);
+  std::thread([set, cleanup = std::move(cleanup)] {
+    int number = 0;
+    sigwait(&set, &number);
+    cleanup();
+    _exit(kInterruptStatus);
+  }).detach();
+}
+
+}  // namespace host

@@ -1,0 +1,343 @@
+#include "tavolite/tables/table_model.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <fstream>
+#include <limits>
+#include <numeric>
+#include <unordered_map>
+#include <unordered_set>
+
+#include "base/input_error.h"
+#include "base/text_file.h"
+#include "tavolite/tables/table_database.h"
+#include "tavolite/tables/table_number.h"
+
+namespace host {
+
+namespace {
+
+constexpr std::int32_t kFitSymbol = 0;
+constexpr std::int32_t kObjectiveRowSymbol = 1;
+constexpr std::int32_t kObjectiveColumnSymbol = 2;
+constexpr int kOwnSymbols = 3;
+
+using RowList = std::shared_ptr<const std::vector<std::int32_t>>;
+
+RowList AllRows(std::size_t count) {
+  auto rows = std::make_shared<std::vector<std::int32_t>>(count);
+  std::iota(rows->begin(), rows->end(), 0);
+  return rows;
+}
+
+// A column of ones makes an intercept superfluous; the tolerance is the solver's.
+bool IsConstantOne(const std::vector<double>& negated) {
+  return std::all_of(negated.begin(), negated.end(),
+                     [](double value) { return std::fabs(-value - 1.0) <= 1e-10; });
+}
+
+// The levels of a factor in the order that decides which is first: by value where all are numbers,
+// else by their bytes.
+std::vector<std::int32_t> SortedLevels(const std::vector<std::string>& levels) {
+  std::vector<double> values(levels.size());
+  bool numbers = true;
+  for (std::size_t i = 0; i < levels.size(); ++i) {
+    const ParsedNumber number = ParseNumber(levels[i]);
+    numbers = numbers && number.kind == NumberKind::kNumber;
+    values[i] = number.value;
+  }
+  std::vector<std::int32_t> order(levels.size());
+  std::iota(order.begin(), order.end(), 0);
+  std::sort(order.begin(), order.end(), [&](std::int32_t a, std::int32_t b) {
+    const auto i = static_cast<std::size_t>(a);
+    const auto j = static_cast<std::size_t>(b);
+    return numbers && values[i] != values[j] ? values[i] < values[j] : levels[i] < levels[j];
+  });
+  return order;
+}
+
+class ModelMaker {
+ public:
+  ModelMaker(Table& table, const TableOptions& options, std::string where)
+      : table_(table), options_(options), where_(std::move(where)) {}
+
+  TableModel Make() {
+    CheckRows();
+    CheckLabels();
+    result_.notes = table_.plan.notes;
+    NoteDroppedRows();
+    StartModel();
+    for (const Regressor& regressor : table_.plan.regressors) {
+      if (regressor.factor) {
+        AddFactor(regressor);
+      } else {
+        AddNumbers(regressor);
+      }
+    }
+    CheckCoefficients();
+    NameRows();
+    Model& model = result_.model;
+    model.rhs = std::move(Numbers(table_.plan.response));
+    model.rhs.push_back(0.0);
+    model.dictionary.labels = std::move(table_.data.label_texts.texts);
+    WriteOptions();
+    return std::move(result_);
+  }
+
+ private:
+  [[nodiscard]] std::size_t Rows() const { return table_.data.row_numbers.size(); }
+  std::vector<double>& Numbers(int column) {
+    return table_.data.numbers[static_cast<std::size_t>(column)];
+  }
+
+  void CheckRows() const {
+    if (table_.data.rows_read == 0) {
+      throw InputError(where_ + "the table has no rows");
+    }
+    if (Rows() == 0) {
+      throw InputError(where_ + "every one of the " + std::to_string(table_.data.rows_read) +
+                       " rows has a missing value");
+    }
+    if (Rows() * std::max<std::size_t>(table_.data.labels.size(), 1) >=
+        std::size_t{std::numeric_limits<std::int32_t>::max()}) {
+      throw InputError(where_ + "more labels than a model can have");
+    }
+  }
+
+  // Results are keyed by the labels: no two rows may have the same.
+  void CheckLabels() const {
+    const auto& columns = table_.data.labels;
+    if (columns.empty()) {
+      return;
+    }
+    std::vector<std::int64_t> key(columns[0].begin(), columns[0].end());
+    for (std::size_t c = 1; c < columns.size(); ++c) {
+      std::unordered_map<std::int64_t, std::int64_t> pairs;
+      for (std::size_t r = 0; r < key.size(); ++r) {
+        const std::int64_t pair = (key[r] << 32) | columns[c][r];
+        key[r] = pairs.try_emplace(pair, static_cast<std::int64_t>(pairs.size())).first->second;
+      }
+    }
+    std::vector<std::size_t> first_row(std::max(key.size(), table_.data.label_texts.texts.size()),
+                                       key.size());
+    for (std::size_t r = 0; r < key.size(); ++r) {
+      std::size_t& first = first_row[static_cast<std::size_t>(key[r])];
+      if (first != key.size()) {
+        throw InputError(table_.data.Where(r) + ": the label " + LabelText(r) +
+                         " is the same as at " + table_.data.Where(first));
+      }
+      first = r;
+    }
+  }
+
+  [[nodiscard]] std::string LabelText(std::size_t row) const {
+    std::string text;
+    for (const std::vector<std::int32_t>& column : table_.data.labels) {
+      const auto label = static_cast<std::size_t>(column[row]);
+      text += (text.empty() ? "\"" : ",") + table_.data.label_texts.texts[label];
+    }
+    return text + '"';
+  }
+
+  void NoteDroppedRows() {
+    const std::int64_t dropped = table_.data.rows_read - static_cast<std::int64_t>(Rows());
+    if (dropped > 0) {
+      result_.notes.push_back(std::to_string(dropped) + " of " +
+                              std::to_string(table_.data.rows_read) +
+                              " rows have missing values and are left out, the first of them in " +
+                              (table_.data.by_line ? "line " : "row ") +
+                              std::to_string(table_.data.first_dropped_line));
+    }
+  }
+
+  void StartModel() {
+    Model& model = result_.model;
+    const auto objective_row = static_cast<std::int32_t>(Rows());
+    model.dictionary.symbols = {"fit", "objective", "rss"};
+    model.row_types.assign(Rows() + 1, RowType::kEqual);
+    model.row_types.back() = RowType::kFree;
+    model.objective_row = objective_row;
+    model.objective_column = 0;
+    const std::vector<std::int32_t> objective{objective_row};
+    model.columns.push_back(
+        {.rows = std::make_shared<const std::vector<std::int32_t>>(objective), .values = {1.0}});
+    model.column_names.symbol = {kObjectiveColumnSymbol};
+    model.column_names.first = {0, 0};
+    all_rows_ = AllRows(Rows());
+  }
+
+  void AddColumn(const std::string& name, RowList rows, std::vector<double> values) {
+    if (!coefficients_.insert(name).second) {
+      throw InputError(where_ + "two coefficients would have the name \"" + Excerpt(name) + "\"");
+    }
+    Model& model = result_.model;
+    model.columns.push_back({.rows = std::move(rows), .values = std::move(values)});
+    // Each coefficient is a variable of its own, so that reports and results show just its name.
+    ElementNames& names = model.column_names;
+    names.symbol.push_back(SymbolNumber(name));
+    names.first.push_back(0);
+  }
+
+  // A regressor may be called like one of the model's own symbols; any other name is new.
+  std::int32_t SymbolNumber(const std::string& name) {
+    std::vector<std::string>& symbols = result_.model.dictionary.symbols;
+    const auto own_end = symbols.begin() + kOwnSymbols;
+    const auto own = std::find(symbols.begin(), own_end, name);
+    if (own != own_end) return static_cast<std::int32_t>(own - symbols.begin());
+    symbols.push_back(name);
+    return static_cast<std::int32_t>(symbols.size() - 1);
+  }
+
+  void AddNumbers(const Regressor& regressor) {
+    std::vector<double>& values = Numbers(regressor.position);
+    has_constant_ = has_constant_ || IsConstantOne(values);
+    AddColumn(regressor.name, all_rows_, std::move(values));
+  }
+
+  void AddFactor(const Regressor& regressor) {
+    FactorColumn& factor = table_.data.factors[static_cast<std::size_t>(regressor.position)];
+    const std::vector<std::string>& levels = factor.levels.texts;
+    if (levels.size() < 2) {
+      throw InputError(where_ + "the factor \"" + Excerpt(regressor.name) +
+                       "\" has only one level");
+    }
+    std::vector<std::vector<std::int32_t>> rows(levels.size());
+    for (std::size_t r = 0; r < factor.codes.size(); ++r) {
+      rows[static_cast<std::size_t>(factor.codes[r])].push_back(static_cast<std::int32_t>(r));
+    }
+    const std::vector<std::int32_t> order = SortedLevels(levels);
+    result_.notes.push_back("factor " + regressor.name + ": " + std::to_string(levels.size()) +
+                            " levels, measured against " +
+                            levels[static_cast<std::size_t>(order[0])]);
+    for (std::size_t i = 1; i < order.size(); ++i) {
+      const auto level = static_cast<std::size_t>(order[i]);
+      const std::string label = regressor.name + "=" + levels[level];
+      if (const std::string fault = LabelFault(label); !fault.empty()) {
+        throw InputError(where_ + "the coefficient name \"" + Excerpt(label) + "\" " + fault);
+      }
+      std::vector<double> values(rows[level].size(), -1.0);
+      AddColumn(label, std::make_shared<const std::vector<std::int32_t>>(std::move(rows[level])),
+                std::move(values));
+    }
+    factor = {};
+  }
+
+  [[nodiscard]] bool AddsIntercept() const {
+    return options_.intercept == Intercept::kAlways ||
+           (options_.intercept == Intercept::kAutomatic && !has_constant_);
+  }
+
+  void CheckCoefficients() const {
+    const std::size_t count = coefficients_.size() + (AddsIntercept() ? 1 : 0);
+    if (Rows() < count) {
+      throw InputError(where_ + std::to_string(Rows()) + " complete rows are too few for " +
+                       std::to_string(count) + " coefficients");
+    }
+    if (AddsIntercept() && coefficients_.contains("Intercept")) {
+      throw InputError(
+          where_ +
+          "a regressor is named \"Intercept\" like the one that is added; rename it, or "
+          "use --no-intercept");
+    }
+  }
+
+  void NameRows() {
+    ElementNames& names = result_.model.row_names;
+    names.symbol.assign(Rows() + 1, kFitSymbol);
+    names.symbol.back() = kObjectiveRowSymbol;
+    if (table_.data.labels.empty()) {
+      NumberRows(names);
+    } else {
+      const std::size_t dimension = table_.data.labels.size();
+      names.label.resize(Rows() * dimension);
+      for (std::size_t c = 0; c < dimension; ++c) {
+        for (std::size_t r = 0; r < Rows(); ++r) {
+          names.label[r * dimension + c] = table_.data.labels[c][r];
+        }
+        table_.data.labels[c] = {};
+        table_.data.labels[c].shrink_to_fit();
+      }
+    }
+    const auto dimension = static_cast<std::int32_t>(names.label.size() / Rows());
+    names.first.resize(Rows() + 2);
+    for (std::size_t r = 0; r <= Rows(); ++r) {
+      names.first[r] = static_cast<std::int32_t>(r) * dimension;
+    }
+    names.first.back() = names.first[Rows()];
+  }
+
+  // Row numbers as labels; nothing else is one then.
+  void NumberRows(ElementNames& names) {
+    std::vector<std::string>& texts = table_.data.label_texts.texts;
+    texts.reserve(Rows());
+    names.label.reserve(Rows());
+    for (const std::int32_t number : table_.data.row_numbers) {
+      names.label.push_back(static_cast<std::int32_t>(texts.size()));
+      texts.push_back(std::to_string(number));
+    }
+  }
+
+  void WriteOptions() {
+    const int add = options_.intercept == Intercept::kNever    ? 0
+                    : options_.intercept == Intercept::kAlways ? 1
+                                                               : 2;
+    result_.option_file = "* Written by tavolite to fit the table\nADD_CONSTANT_TERM " +
+                          std::to_string(add) + "\nMAXN " + std::to_string(Rows()) + "\nMAXP " +
+                          std::to_string(coefficients_.size() + (add > 0 ? 1 : 0)) + "\n";
+  }
+
+  Table& table_;
+  const TableOptions& options_;
+  std::string where_;
+  TableModel result_;
+  RowList all_rows_;
+  std::unordered_set<std::string> coefficients_;
+  bool has_constant_ = false;
+};
+
+Table ReadTextFile(const std::filesystem::path& file, const TableOptions& options) {
+  const std::string name = Utf8(file);
+  std::error_code code;
+  if (std::filesystem::is_directory(file, code)) {
+    throw InputError(name + ": is a directory");
+  }
+  std::ifstream stream;
+  stream.rdbuf()->pubsetbuf(nullptr, 0);  // blocks are read as they are
+  stream.open(file, std::ios::binary);
+  if (!stream) {
+    throw InputError(name + ": can't be opened");
+  }
+  const std::uintmax_t size = std::filesystem::file_size(file, code);
+  return ReadTextTable(
+      {.stream = &stream, .name = name, .size = code ? 0 : size, .separator = options.separator},
+      options);
+}
+
+}  // namespace
+
+TableModel MakeTableModel(Table table, const TableOptions& options, const std::string& where) {
+  return ModelMaker(table, options, where).Make();
+}
+
+TableModel ReadTableModel(const std::filesystem::path& file, const std::string& query,
+                          const TableOptions& options) {
+  Table table = query.empty() ? ReadTextFile(file, options) : ReadQuery(file, query, options);
+  TableModel result = MakeTableModel(std::move(table), options, Utf8(file) + ": ");
+  result.model.name = Utf8(file.stem());
+  return result;
+}
+
+char ParseSeparator(const std::string& text) {
+  if (text == "tab" || text == "\\t" || text == "\t") {
+    return '\t';
+  }
+  constexpr std::string_view kAllowed = ",;|:!#$%&*/<=>?@\\^_`{}~'()[]";
+  if (text.size() != 1 || kAllowed.find(text[0]) == std::string_view::npos) {
+    throw InputError("--separator: \"" + Excerpt(text) +
+                     "\" is not a separator; one like , ; | or the word tab is");
+  }
+  return text[0];
+}
+
+}  // namespace host

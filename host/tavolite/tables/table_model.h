@@ -1,0 +1,33 @@
+// From a table to a model: one row per observation, one column per regressor.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "instance/model.h"
+#include "tavolite/tables/table_plan.h"
+#include "tavolite/tables/table_reader.h"
+
+namespace host {
+
+struct TableModel {
+  // Rows fit(labels) or fit(row number), columns rss and coeff(regressor); the row `objective` is
+  // the last. A factor has a column coeff(name=level) for each level but the first.
+  Model model;
+  std::string option_file;         // an option file that fits the model
+  std::vector<std::string> notes;  // what was left out and assumed
+};
+
+// Reads a text table from a file or, where `query` is not empty, the rows that an SQLite database
+// gives. Throws InputError.
+TableModel ReadTableModel(const std::filesystem::path& file, const std::string& query,
+                          const TableOptions& options);
+
+// Takes the numbers out of `table`. `where` stands in front of messages.
+TableModel MakeTableModel(Table table, const TableOptions& options, const std::string& where);
+
+// The separator that an option names: one character or "tab". Throws InputError.
+char ParseSeparator(const std::string& text);
+
+}  // namespace host

@@ -1,0 +1,70 @@
+// Which columns of a table are used, and as what.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "tavolite/tables/table_number.h"
+
+namespace host {
+
+enum class Intercept { kAutomatic, kAlways, kNever };
+
+// What the user says about a table. Column names may come several in one text, joined by commas.
+struct TableOptions {
+  std::string response;
+  std::vector<std::string> regressors;  // empty: every column that is nothing else
+  std::vector<std::string> drop;
+  std::vector<std::string> labels;
+  std::vector<std::string> factors;
+  Intercept intercept = Intercept::kAutomatic;
+  char separator = '\0';  // of a text table's fields
+  bool progress = true;   // on standard error, where that is a terminal and reading takes long
+};
+
+// The uses of one column; a number is the position among the columns of that use, -1 for none.
+struct ColumnUse {
+  std::string name;
+  int number = -1;
+  int text = -1;  // labels come first, then factors
+};
+
+struct Regressor {
+  std::string name;
+  bool factor = false;
+  int position = -1;  // among the numbers or among the factors
+};
+
+struct TablePlan {
+  std::vector<ColumnUse> columns;     // one per column of the table
+  std::vector<Regressor> regressors;  // in the order of the coefficients
+  std::vector<std::string> notes;
+  int response = -1;  // among the numbers
+  int numbers = 0;
+  int labels = 0;
+  int factors = 0;
+
+  [[nodiscard]] int Texts() const { return labels + factors; }
+  // An empty label makes a row incomplete, an empty or NA factor too.
+  [[nodiscard]] bool IsLabel(int text) const { return text < labels; }
+};
+
+// `names` are the table's column names in order, `where` stands in front of messages. Throws
+// InputError.
+TablePlan MakeTablePlan(const std::vector<std::string>& names, const TableOptions& options,
+                        const std::string& where);
+
+// What is wrong with a text as a label, in words that follow "label "; empty when nothing is.
+std::string LabelFault(std::string_view text);
+
+// A piece of a table for a message: at most some 40 bytes, nothing that would disturb a terminal.
+std::string Excerpt(std::string_view text);
+
+// Why a field of a used column is refused: as a number of a kind other than a finite one, or as a
+// label or level (empty when it is not).
+std::string NumberFault(const ColumnUse& use, std::string_view text, NumberKind kind);
+std::string TextFault(const ColumnUse& use, std::string_view text);
+
+}  // namespace host

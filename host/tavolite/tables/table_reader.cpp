@@ -1,0 +1,279 @@
+#include "tavolite/tables/table_reader.h"
+
+#include <algorithm>
+#include <atomic>
+#include <condition_variable>
+#include <cstring>
+#include <exception>
+#include <memory>
+#include <mutex>
+#include <system_error>
+#include <thread>
+#include <vector>
+
+#include "base/input_error.h"
+#include "tavolite/system/progress.h"
+#include "tavolite/tables/table_csv.h"
+#include "tavolite/tables/table_number.h"
+
+namespace host {
+
+namespace {
+
+constexpr std::size_t kBlockSize = 512U << 10U;  // text and numbers of it fit a second-level cache
+constexpr std::size_t kLongestRecord = 8U << 20U;
+
+std::string OverlongRecord() {
+  return "longer than " + std::to_string(kLongestRecord >> 20U) +
+         " MB (a quote that is never closed?)";
+}
+
+// Bytes that keep their place and are not cleared before they are written.
+struct Block {
+  std::unique_ptr<char[]> bytes;
+  std::size_t capacity = 0;
+  std::size_t size = 0;
+  bool overlong = false;  // a record that is longer than allowed
+
+  [[nodiscard]] std::string_view Text() const { return {bytes.get(), size}; }
+
+  void Reserve(std::size_t wanted) {
+    if (wanted <= capacity) {
+      return;
+    }
+    std::unique_ptr<char[]> larger(new char[wanted]);
+    std::copy_n(bytes.get(), size, larger.get());
+    bytes = std::move(larger);
+    capacity = wanted;
+  }
+};
+
+// Cuts the stream into blocks of whole records, the last of which gets a line end if it has none.
+class BlockSource {
+ public:
+  explicit BlockSource(const TableSource& source)
+      : source_(source), block_size_(source.block != 0 ? source.block : kBlockSize) {}
+
+  // False at the end.
+  bool Next(Block& block) {
+    block.size = 0;
+    block.overlong = false;
+    block.Reserve(std::max(block_size_, rest_.size()) + 1);
+    std::copy(rest_.begin(), rest_.end(), block.bytes.get());
+    block.size = rest_.size();
+    rest_.clear();
+    for (;;) {
+      const std::size_t wanted = block.capacity - 1 - block.size;
+      const std::size_t got = Read(block.bytes.get() + block.size, wanted);
+      block.size += got;
+      if (got < wanted) {
+        return TakeLast(block);
+      }
+      if (const std::size_t end = LastRecordEnd(block.Text()); end > 0) {
+        rest_.assign(block.bytes.get() + end, block.size - end);
+        block.size = end;
+        return true;
+      }
+      if (block.size > kLongestRecord) {
+        block.overlong = true;
+        return true;
+      }
+      block.Reserve(2 * block.capacity);
+    }
+  }
+
+  // May be asked by any thread.
+  [[nodiscard]] std::uint64_t BytesRead() const { return bytes_read_; }
+
+ private:
+  std::size_t Read(char* to, std::size_t count) {
+    source_.stream->read(to, static_cast<std::streamsize>(count));
+    if (source_.stream->bad()) {
+      throw InputError(source_.name + ": can't be read");
+    }
+    const auto got = static_cast<std::size_t>(source_.stream->gcount());
+    bytes_read_ += got;
+    return got;
+  }
+
+  bool TakeLast(Block& block) {
+    if (block.size > 0 && block.bytes[block.size - 1] != '\n') {
+      block.bytes[block.size++] = '\n';
+    }
+    const std::size_t end = LastRecordEnd(block.Text());
+    block.overlong = block.size - end > kLongestRecord;
+    return block.size > 0;
+  }
+
+  const TableSource& source_;
+  std::size_t block_size_;
+  std::string rest_;  // begin of the next block's first record
+  std::atomic<std::uint64_t> bytes_read_ = 0;
+};
+
+// Takes the mark at the start of UTF-8 off, and refuses other encodings by theirs.
+std::string_view WithoutMark(std::string_view text, const std::string& name) {
+  if (text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF")) {
+    throw InputError(name + ":1: the file is in UTF-16; UTF-8 is needed");
+  }
+  return text.starts_with("\xEF\xBB\xBF") ? text.substr(3) : text;
+}
+
+void CheckHeader(const std::vector<std::string>& names, const std::string& where, char separator) {
+  if (names.size() < 2) {
+    const std::string shown = separator == '\t' ? "a tab" : std::string("'") + separator + "'";
+    throw InputError(where + "only one column, with " + shown +
+                     " as the separator (--separator sets another)");
+  }
+  if (std::all_of(names.begin(), names.end(), [](const std::string& name) {
+        return ParseNumber(name).kind == NumberKind::kNumber;
+      })) {
+    throw InputError(where + "the first line holds numbers where the column names should stand");
+  }
+}
+
+// Parses blocks in several threads; each waits for its turn to hand its rows over.
+class ParallelReader {
+ public:
+  ParallelReader(const TableSource& source, BlockSource& blocks, Table& table, bool progress)
+      : source_(source),
+        blocks_(blocks),
+        table_(table),
+        progress_("reading " + source.name, progress) {}
+
+  // Reads `first`, whose text from `records` on is still to be read, then all that follows.
+  void Run(Block first, std::string_view records) {
+    RowBatch batch;
+    Parse(first, records, batch);
+    table_.data.Append(batch);
+    if (source_.stream->eof()) {
+      return;
+    }
+    if (source_.size > 0) {
+      table_.data.Expect(ExpectedRows(records.size(), batch.rows));
+    }
+    std::vector<std::jthread> helpers;
+    try {
+      for (unsigned i = 1; i < Threads(); ++i) {
+        helpers.emplace_back([this] { Work(Block(), RowBatch()); });
+      }
+    } catch (const std::system_error&) {
+      // The threads that are there do the work.
+    }
+    Work(std::move(first), std::move(batch));
+    helpers.clear();
+    if (failure_ != nullptr) {
+      std::rethrow_exception(failure_);
+    }
+  }
+
+ private:
+  [[nodiscard]] unsigned Threads() const {
+    return source_.threads != 0 ? source_.threads
+                                : std::clamp(std::thread::hardware_concurrency(), 1U, 4U);
+  }
+
+  // Some more than the first rows let expect.
+  [[nodiscard]] std::size_t ExpectedRows(std::size_t bytes, std::size_t rows) const {
+    const double per_byte = static_cast<double>(rows) / static_cast<double>(bytes + 1);
+    return static_cast<std::size_t>(1.03 * per_byte * static_cast<double>(source_.size)) + 1000;
+  }
+
+  void Parse(const Block& block, std::string_view records, RowBatch& batch) const {
+    if (block.overlong) {
+      batch.Start(table_.plan, 0);
+      batch.error = OverlongRecord();
+    } else {
+      ParseRecords(records, table_.plan, source_.separator, batch);
+    }
+  }
+
+  void Work(Block block, RowBatch batch) {
+    try {
+      std::uint64_t ticket = 0;
+      while (Take(block, ticket)) {
+        Parse(block, block.Text(), batch);
+        if (!HandOver(batch, ticket)) {
+          return;
+        }
+      }
+    } catch (...) {
+      const std::lock_guard lock(append_mutex_);
+      failure_ = failure_ != nullptr ? failure_ : std::current_exception();
+      stop_ = true;
+      turn_.notify_all();
+    }
+  }
+
+  bool Take(Block& block, std::uint64_t& ticket) {
+    const std::lock_guard lock(read_mutex_);
+    if (stop_ || !blocks_.Next(block)) {
+      return false;
+    }
+    ticket = tickets_++;
+    return true;
+  }
+
+  bool HandOver(const RowBatch& batch, std::uint64_t ticket) {
+    std::unique_lock lock(append_mutex_);
+    turn_.wait(lock, [&] { return stop_ || appended_ == ticket; });
+    if (stop_) {
+      return false;
+    }
+    table_.data.Append(batch);
+    ++appended_;
+    turn_.notify_all();
+    const std::uint64_t read = blocks_.BytesRead();
+    progress_.Update(source_.size > 0 ? static_cast<double>(std::min(read, source_.size)) /
+                                            static_cast<double>(source_.size)
+                                      : -1.0);
+    return true;
+  }
+
+  const TableSource& source_;
+  BlockSource& blocks_;
+  Table& table_;
+  Progress progress_;
+  std::mutex read_mutex_;  // guards blocks_, tickets_
+  std::uint64_t tickets_ = 0;
+  std::mutex append_mutex_;  // guards what follows, and table_.data
+  std::condition_variable turn_;
+  std::uint64_t appended_ = 0;
+  std::exception_ptr failure_;
+  std::atomic<bool> stop_ = false;
+};
+
+}  // namespace
+
+Table ReadTextTable(const TableSource& source, const TableOptions& options) {
+  BlockSource blocks(source);
+  Block block;
+  std::string_view records;
+  std::int64_t lines = 0;
+  std::vector<std::string> names;
+  for (bool first = true; names.empty(); first = false) {
+    if (!blocks.Next(block)) {
+      throw InputError(source.name + ": the table is empty");
+    }
+    records = first ? WithoutMark(block.Text(), source.name) : block.Text();
+    std::string error;
+    if (block.overlong) {
+      error = OverlongRecord();
+    } else {
+      names = TakeHeader(records, source.separator, lines, error);
+    }
+    if (!error.empty()) {
+      throw InputError(source.name + ":" + std::to_string(lines + 1) + ": " + error);
+    }
+  }
+  const std::string where = source.name + ":" + std::to_string(lines) + ": ";
+  CheckHeader(names, where, source.separator);
+  TablePlan plan = MakeTablePlan(names, options, where);
+  TableData data(plan, source.name, /*by_line=*/true);
+  Table table{.plan = std::move(plan), .data = std::move(data)};
+  table.data.lines_read = lines;
+  ParallelReader(source, blocks, table, options.progress).Run(std::move(block), records);
+  return table;
+}
+
+}  // namespace host

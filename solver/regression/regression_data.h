@@ -1,0 +1,25 @@
+// The regression problem taken from the model.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "regression/labelled_name.h"
+
+namespace linfit {
+
+// Observation k is the k-th row of the model with the objective row left out; coefficient c is the
+// c-th column with the objective variable left out. An added intercept is the last column.
+struct RegressionData {
+  std::int32_t n = 0;                  // number of observations
+  std::int32_t p = 0;                  // number of coefficients, the intercept included
+  std::vector<double> DesignMatrix;    // n x p, column-major, leading dimension n
+  std::vector<double> ResponseVector;  // n
+  NameTable CoefficientNames;          // p records
+  NameTable ObservationNames;          // n records
+  bool has_intercept = false;          // DesignMatrix holds a column of ones, found or added
+  std::int32_t AddConstantTerm =
+      2;  // option value; the automatic value 2 becomes 1 when an intercept is added
+};
+
+}  // namespace linfit

@@ -1,0 +1,168 @@
+#include "tavolite/show/show_command.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <sstream>
+
+#include "base/database.h"
+#include "tests/host/tdxdclib/tdx_session.h"
+
+namespace host {
+namespace {
+
+using testing_support::Lines;
+using testing_support::TemporaryDirectory;
+
+class Show : public testing::Test {
+ protected:
+  // A regression's file in small, with texts that need quotes and values that aren't finite.
+  void SetUp() override {
+    TdxSession session;
+    ASSERT_TRUE(session.Open(file_));
+    session.Symbol("r2", 0, {{{}, 0.1 + 0.2}}, "R Squared");
+    session.Symbol("estimate", 1, {{{"a,b"}, 1.0 / 3.0}, {{"Zü\"rich"}, -2e300}},
+                   "Estimated coefficients");
+    session.Symbol("se", 1, {{{"a,b"}, 0.25}, {{"Zü\"rich"}, 1.0}});
+    session.Symbol("tval", 1,
+                   {{{"a,b"}, std::numeric_limits<double>::infinity()}, {{"Zü\"rich"}, 1.0}});
+    session.Symbol("pval", 1,
+                   {{{"a,b"}, std::numeric_limits<double>::quiet_NaN()},
+                    {{"Zü\"rich"}, -std::numeric_limits<double>::infinity()}});
+    session.Symbol("covar", 2,
+                   {{{"a,b", "a,b"}, 1},
+                    {{"a,b", "Zü\"rich"}, 0.5},
+                    {{"Zü\"rich", "a,b"}, 0.5},
+                    {{"Zü\"rich", "Zü\"rich"}, 22}},
+                   "variance-covariance matrix");
+    std::vector<TdxSession::KeyedValue> intervals;
+    double value = 0.0;
+    for (const char* coefficient : {"a,b", "Zü\"rich"}) {
+      for (const char* level : {"90%", "95%", "97.5%", "99%"}) {
+        for (const char* bound : {"LO", "UP"}) {
+          intervals.push_back({{level, coefficient, bound}, value += 1.0});
+        }
+      }
+    }
+    session.Symbol("confint", 3, intervals);
+    ASSERT_TRUE(session.Close()) << session.LastError();
+  }
+
+  std::string Run(ShowOptions options) {
+    if (options.file.empty()) options.file = testing_support::Utf8(file_);
+    if (options.width == 0) options.width = 80;
+    std::ostringstream out;
+    std::ostringstream err;
+    status_ = RunShow(options, out, err);
+    err_ = err.str();
+    return out.str();
+  }
+
+  const TemporaryDirectory directory_;
+  const std::filesystem::path file_ = directory_ / "linfit.tdx";
+  int status_ = -1;
+  std::string err_;
+};
+
+TEST_F(Show, Overview) {
+  const std::string text = Run({});
+  EXPECT_EQ(status_, 0);
+  EXPECT_EQ(text.substr(text.find("\nSymbols")),
+            "\nSymbols\n"
+            "name      dimension  records  text\n"
+            "r2                0        1  R Squared\n"
+            "estimate          1        2  Estimated coefficients\n"
+            "se                1        2\n"
+            "tval              1        2\n"
+            "pval              1        2\n"
+            "covar             2        4  variance-covariance matrix\n"
+            "confint           3       16\n"
+            "\nScalars\n"
+            "r2  0.30000000000000004\n"
+            "\nCoefficients\n"
+            "dim1      estimate    se  tval  pval  95% LO  95% UP\n"
+            "a,b      0.3333333  0.25   Inf   NaN       3       4\n"
+            "Zü\"rich    -2e+300     1     1  -Inf      11      12\n");
+  const std::string wide = Run({.width = 200});
+  EXPECT_NE(wide.find("90% LO  90% UP  95% LO  95% UP  97.5% LO  97.5% UP  99% LO  99% UP\n"),
+            std::string::npos);
+  EXPECT_EQ(Lines(Run({.limit = 1})).size(), Lines(text).size() - 1);
+}
+
+TEST_F(Show, OneSymbol) {
+  EXPECT_EQ(Run({.symbol = "estimate"}),
+            "estimate: Estimated coefficients\n\n"
+            "dim1                  value\n"
+            "a,b      0.3333333333333333\n"
+            "Zü\"rich             -2e+300\n");
+  EXPECT_EQ(Run({.symbol = "COVAR"}),
+            "covar: variance-covariance matrix\n\n"
+            "         a,b  Zü\"rich\n"
+            "a,b        1      0.5\n"
+            "Zü\"rich  0.5       22\n");
+  // Too narrow for the matrix; a part is no matrix.
+  EXPECT_EQ(Lines(Run({.symbol = "covar", .width = 20})).size(), 7U);
+  const std::string part = Run({.symbol = "covar", .limit = 3});
+  EXPECT_TRUE(part.ends_with("(3 of 4 records)\n")) << part;
+}
+
+TEST_F(Show, CsvAndJson) {
+  EXPECT_EQ(Run({.symbol = "estimate", .format = "csv"}),
+            "dim1,value\n\"a,b\",0.3333333333333333\n\"Zü\"\"rich\",-2e+300\n");
+  EXPECT_EQ(Run({.symbol = "tval", .format = "csv", .limit = 1}), "dim1,value\n\"a,b\",Inf\n");
+  EXPECT_EQ(Run({.symbol = "r2", .format = "csv"}), "value\n0.30000000000000004\n");
+  EXPECT_EQ(Run({.symbol = "pval", .format = "json"}),
+            "{\"name\":\"pval\",\"text\":\"\",\"dimension\":1,\"records\":[\n"
+            "{\"keys\":[\"a,b\"],\"value\":null},\n"
+            "{\"keys\":[\"Zü\\\"rich\"],\"value\":\"-Infinity\"}\n]}\n");
+  EXPECT_EQ(Lines(Run({.format = "csv"}))[2], "estimate,1,2,Estimated coefficients");
+  const std::string json = Run({.format = "json"});
+  EXPECT_NE(json.find("\"scalars\":{\"r2\":0.30000000000000004}"), std::string::npos);
+  EXPECT_NE(json.find("\"pval\":null,\"confint\":{\"90%\":[1,2],\"95%\":[3,4],"),
+            std::string::npos);
+
+  const std::filesystem::path output = directory_ / "out.csv";
+  EXPECT_EQ(Run({.symbol = "r2", .format = "csv", .output = testing_support::Utf8(output)}), "");
+  EXPECT_EQ(testing_support::ReadFile(output), "value\n0.30000000000000004\n");
+}
+
+TEST_F(Show, BadInput) {
+  const auto write = [&](const std::string& name, const std::string& text) {
+    testing_support::WriteFile(directory_ / name, text);
+  };
+  const std::string whole = testing_support::ReadFile(file_);
+  write("text.tdx", "this is not a database, and it is long enough to have a header of one\n");
+  write("empty.tdx", "");
+  write("half.tdx", whole.substr(0, whole.size() / 2));
+  write("start.tdx", whole.substr(0, 40));
+  Database(directory_ / "other.tdx", Database::Mode::kCreate).Execute("create table t(x)");
+  std::filesystem::copy_file(file_, directory_ / "newer.tdx");
+  Database(directory_ / "newer.tdx", Database::Mode::kReadWrite).Execute("pragma user_version = 2");
+
+  const std::pair<const char*, const char*> cases[] = {
+      {"text.tdx", "not a TDX file"},
+      {"empty.tdx", "not a TDX file"},
+      {"start.tdx", "not a TDX file"},
+      {"other.tdx", "not a TDX file"},
+      {"half.tdx", "the TDX file is damaged or incomplete: "},
+      {"newer.tdx", "the TDX file has schema version 2; this program reads up to 1"},
+      {"missing.tdx", "there is no such file"},
+  };
+  for (const auto& [name, text] : cases) {
+    const std::string file = testing_support::Utf8(directory_ / name);
+    EXPECT_EQ(Run({.file = file}), "") << name;
+    EXPECT_EQ(status_, 2) << name;
+    EXPECT_TRUE(err_.starts_with("tavolite: " + file + ": " + text)) << err_;
+    EXPECT_EQ(Lines(err_).size(), 1U) << err_;
+  }
+  EXPECT_EQ(Run({.symbol = "estimates"}), "");
+  EXPECT_EQ(status_, 2);
+  EXPECT_NE(err_.find("there is no symbol \"estimates\"; the nearest is \"estimate\"\n"),
+            std::string::npos);
+  EXPECT_EQ(
+      Run({.symbol = "r2", .output = testing_support::Utf8(directory_.Path() / "no" / "out")}), "");
+  EXPECT_EQ(status_, 2);
+}
+
+}  // namespace
+}  // namespace host

@@ -1,0 +1,351 @@
+// The results-file library, through its exported functions; the files are read back with SQLite.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <functional>
+#include <limits>
+#include <random>
+#include <set>
+
+#include "base/database.h"
+#include "binding/module.h"
+#include "tests/host/tdxdclib/tdx_session.h"
+
+namespace host {
+namespace {
+
+namespace fs = std::filesystem;
+using testing_support::RunProgram;
+using testing_support::TemporaryDirectory;
+using testing_support::Utf8;
+using Texts = std::vector<std::string>;
+
+constexpr double kInf = std::numeric_limits<double>::infinity();
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+
+// The rows of a query as SQLite's text of each column, joined by "|".
+Texts Query(const fs::path& file, const std::string& sql, int columns) {
+  Database database(file, Database::Mode::kRead);
+  Statement statement(database, sql);
+  Texts rows;
+  while (statement.Step()) {
+    std::string row;
+    for (int k = 0; k < columns; ++k) {
+      if (k > 0) row += '|';
+      row += statement.IsNull(k) ? "null" : std::string(statement.Text(k));
+    }
+    rows.push_back(row);
+  }
+  return rows;
+}
+
+std::set<std::string> Files(const fs::path& directory) {
+  std::set<std::string> names;
+  for (const auto& entry : fs::directory_iterator(directory)) {
+    names.insert(Utf8(entry.path().filename()));
+  }
+  return names;
+}
+
+TEST(TdxLibrary, WhatIsWrittenIsReadBack) {
+  const TemporaryDirectory directory("ü b");
+  const fs::path file = directory / "lin fit.tdx";
+  TdxSession session;
+  ASSERT_TRUE(session.Open(file)) << session.LastError();
+  EXPECT_TRUE(session.Symbol("df", 0, {{{}, 3.0}}, "Degrees of freedom"));
+  EXPECT_TRUE(session.Symbol("estimate", 2,
+                             {{{"a\"b'c, d", "Zürich"}, 0.1},
+                              {{"a\"b'c, d", ""}, kNaN},
+                              {{"日本", "x"}, kInf},
+                              {{"日本", "y"}, -kInf},
+                              {{std::string(63, 'z'), "x"}, 5e-324}}));
+  EXPECT_TRUE(session.Symbol("empty", 20, {}));
+  EXPECT_TRUE(session.Symbol("tdx_label", 1, {{{"x"}, 1.0}}));
+  EXPECT_TRUE(session.Symbol("sqlite_x", 1, {{{"x"}, 2.0}}));
+  EXPECT_TRUE(session.Symbol("select \"1\"; --", 1, {{{"x"}, 3.0}}));
+  EXPECT_FALSE(fs::exists(file));
+  ASSERT_TRUE(session.Close()) << session.LastError();
+  EXPECT_EQ(Files(directory.Path()), std::set<std::string>{"lin fit.tdx"});
+
+  EXPECT_EQ(Query(file, "select * from df", 1), Texts{"3.0"});
+  EXPECT_EQ(Query(file,
+                  "select dim1, dim2, typeof(value), value > 1e308, value < -1e308 "
+                  "from estimate",
+                  5),
+            (Texts{"a\"b'c, d|Zürich|real|0|0", "a\"b'c, d||null|null|null", "日本|x|real|1|0",
+                   "日本|y|real|0|1", std::string(63, 'z') + "|x|real|0|0"}));
+  EXPECT_EQ(Query(file, "select count(*) from estimate where value = 5e-324", 1), Texts{"1"});
+  EXPECT_EQ(Query(file, "select * from empty", 21), Texts{});
+  EXPECT_EQ(Query(file, "select * from symbol_tdx_label", 2), Texts{"x|1.0"});
+  EXPECT_EQ(Query(file, "select * from symbol_sqlite_x", 2), Texts{"x|2.0"});
+  EXPECT_EQ(Query(file, "select * from \"select \"\"1\"\"; --\"", 2), Texts{"x|3.0"});
+  EXPECT_EQ(
+      Query(file, "select number, name, text, dimension, type, records from tdx_symbol", 6)[0],
+      "1|df|Degrees of freedom|0|1|1");
+  EXPECT_EQ(Query(file,
+                  "select schema_version, producer from tdx_file "
+                  "where created glob '2*-*-*T*:*:*Z' and library_version like 'tdx%'",
+                  2),
+            Texts{"1|linfit"});
+  EXPECT_EQ(Query(file, "pragma application_id", 1), Texts{std::to_string(0x54445846)});
+  EXPECT_EQ(Query(file, "pragma integrity_check", 1), Texts{"ok"});
+}
+
+// Every number of the calls is good on its own; together they are not.
+TEST(TdxLibrary, ErrorsHaveTextsAndKeepTheFileBack) {
+  struct Case {
+    const char* text;
+    std::function<void(TdxSession&)> calls;
+  };
+  const std::string long_text(64, 'l');
+  const Case cases[] = {
+      {"symbol \"a\": duplicate key (\"x\")",
+       [](TdxSession& s) {
+         s.Symbol("a", 1, {{{"x"}, 1}, {{"y"}, 2}, {{"x"}, 1}});
+       }},
+      {"symbol \"a\": duplicate key (\"x\",\"y\")",
+       [](TdxSession& s) {
+         s.Symbol("a", 2, {{{"x", "y"}, 1}, {{"x", "y"}, 1}});
+       }},
+      {"symbol \"a\": duplicate key (\"y\",\"x\")",
+       [](TdxSession& s) {
+         s.Symbol("a", 2, {{{"x", "y"}, 1}, {{"y", "x"}, 2}, {{"x", "x"}, 3}, {{"y", "x"}, 4}});
+       }},
+      {"symbol \"a\": a second value of a scalar",
+       [](TdxSession& s) {
+         s.Symbol("a", 0, {{{}, 1}, {{}, 2}});
+       }},
+      {"symbol \"a\": a label is longer than 63 bytes: \"llll",
+       [&](TdxSession& s) {
+         s.Symbol("a", 1, {{{long_text}, 1}});
+       }},
+      {"the name is longer than 63 bytes", [&](TdxSession& s) { s.Symbol(long_text, 0, {}); }},
+      {"a symbol without a name", [](TdxSession& s) { s.Symbol("", 0, {}); }},
+      {"symbol \"A\": the file has a symbol of this name already",
+       [](TdxSession& s) {
+         s.Symbol("a", 0, {});
+         s.Symbol("A", 0, {});
+       }},
+      // The records behind the refused start don't hide it.
+      {"symbol \"a\": dimension 21 is not between 0 and 20",
+       [](TdxSession& s) {
+         s.Symbol("a", 21, {{{}, 1}});
+       }},
+      {"symbol \"a\": dimension -1 is not", [](TdxSession& s) { s.Symbol("a", -1, {}); }},
+      {"symbol \"a\": type 2 is not supported", [](TdxSession& s) { s.Start("a", 1, "", 2); }},
+      {"a record without a symbol", [](TdxSession& s) { s.Record({}, 1); }},
+      {"the end of a symbol that was not begun", [](TdxSession& s) { s.Done(); }},
+      {"symbol \"b\": the symbol before it is not done",
+       [](TdxSession& s) {
+         s.Start("a", 1);
+         s.Start("b", 1);
+       }},
+      {"a file is open already", [](TdxSession& s) { s.Open("other.tdx"); }},
+  };
+  const TemporaryDirectory directory;
+  const fs::path file = directory / "linfit.tdx";
+  testing_support::WriteFile(file, "earlier");
+  TdxSession session;
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.text);
+    ASSERT_TRUE(session.Open(file)) << session.LastError();
+    EXPECT_EQ(session.ErrorCount(), 0);
+    c.calls(session);
+    EXPECT_EQ(session.ErrorCount(), 1);
+    EXPECT_NE(session.LastError().find(c.text), std::string::npos) << session.LastError();
+    EXPECT_FALSE(session.Close());
+    EXPECT_EQ(testing_support::ReadFile(file), "earlier");
+    EXPECT_EQ(Files(directory.Path()).size(), 1U);
+  }
+  // A symbol without its end is noticed at the close.
+  ASSERT_TRUE(session.Open(file));
+  session.Start("a", 1);
+  EXPECT_FALSE(session.Close());
+  EXPECT_EQ(session.LastError(), "symbol \"a\" is not done");
+  EXPECT_EQ(session.ErrorText(0), "no error");
+  EXPECT_EQ(session.ErrorText(99), "there is no error 99");
+}
+
+TEST(TdxLibrary, TargetsThatCannotBeWritten) {
+  const TemporaryDirectory directory;
+  testing_support::WriteFile(directory / "file", "");
+  fs::create_directory(directory / "taken.tdx");
+  const std::pair<std::string, std::string> cases[] = {
+      {"missing/linfit.tdx", "No such file or directory"},
+      {"file/linfit.tdx", ""},  // the system's own text
+      {"taken.tdx", "not a regular file"},
+  };
+  TdxSession session;
+  for (const auto& [name, text] : cases) {
+    const fs::path file = directory / name;
+    EXPECT_FALSE(session.Open(file)) << name;
+    EXPECT_EQ(session.open_error, 1) << name;
+    EXPECT_TRUE(session.LastError().starts_with("cannot write " + Utf8(file) + ": "))
+        << session.LastError();
+    EXPECT_NE(session.LastError().find(text), std::string::npos) << session.LastError();
+    EXPECT_FALSE(session.Close()) << name;
+  }
+  EXPECT_EQ(Files(directory.Path()), (std::set<std::string>{"file", "taken.tdx"}));
+}
+
+// Keys in no order, against a set as the oracle; several batches long.
+TEST(TdxLibrary, DuplicatesAmongManyRecords) {
+  const TemporaryDirectory directory;
+  std::mt19937 random(1);
+  std::uniform_int_distribution<int> label(0, 299);
+  TdxSession session;
+  ASSERT_TRUE(session.Open(directory / "many.tdx"));
+  session.Start("many", 2);
+  std::set<std::pair<int, int>> seen;
+  int duplicates = 0;
+  for (int i = 0; i < 40000; ++i) {
+    const std::pair<int, int> key{label(random), label(random)};
+    const bool is_new = seen.insert(key).second;
+    duplicates += is_new ? 0 : 1;
+    ASSERT_EQ(session.Record({std::to_string(key.first), std::to_string(key.second)}, i), is_new);
+  }
+  EXPECT_GT(duplicates, 1000);
+  EXPECT_EQ(session.ErrorCount(), duplicates);
+}
+
+TEST(TdxLibrary, ManyRecordsKeepTheirOrder) {
+  const TemporaryDirectory directory;
+  const fs::path file = directory / "many.tdx";
+  TdxSession session;
+  ASSERT_TRUE(session.Open(file));
+  for (const char* name : {"resid", "fitted"}) {
+    session.Start(name, 1);
+    for (int i = 0; i < 30000; ++i) session.Record({std::to_string(i * 7919 % 30011)}, i);
+    session.Done();
+  }
+  ASSERT_TRUE(session.Close()) << session.LastError();
+  Database database(file, Database::Mode::kRead);
+  for (const char* name : {"resid", "fitted"}) {
+    Statement statement(database, std::string("select * from ") + name);
+    for (int i = 0; i < 30000; ++i) {
+      ASSERT_TRUE(statement.Step());
+      ASSERT_EQ(statement.Text(0), std::to_string(i * 7919 % 30011));
+      ASSERT_EQ(statement.Real(1), i);
+    }
+    EXPECT_FALSE(statement.Step());
+  }
+}
+
+// A long run of ascending labels, which is searched, left and dissolved; strings are the oracle.
+TEST(TdxLibrary, LabelsInAndOutOfOrder) {
+  constexpr int kRecords = 20000;
+  const TemporaryDirectory directory;
+  const fs::path file = directory / "labels.tdx";
+  std::vector<std::string> ascending;
+  for (int i = 0; i < kRecords; ++i) ascending.push_back(std::to_string(i));
+  std::vector<std::string> mixed = ascending;
+  for (int i = 0; i < kRecords; i += 7) mixed[static_cast<std::size_t>(i)].insert(0, i % 2, '0');
+  std::ranges::shuffle(mixed, std::mt19937(1));
+  TdxSession session;
+  ASSERT_TRUE(session.Open(file));
+  for (const auto& [name, labels] : {std::pair("a", &ascending), std::pair("b", &mixed)}) {
+    session.Start(name, 1);
+    for (const std::string& label : *labels) ASSERT_TRUE(session.Record({label}, 1.0));
+    EXPECT_FALSE(session.Record({labels->front()}, 1.0));
+    EXPECT_TRUE(session.Done());
+  }
+  EXPECT_EQ(session.ErrorCount(), 2);  // the two duplicates
+  session.Close();
+
+  ASSERT_TRUE(session.Open(file));
+  for (const auto& [name, labels] : {std::pair("a", &ascending), std::pair("b", &mixed)}) {
+    session.Start(name, 1);
+    for (const std::string& label : *labels) session.Record({label}, 1.0);
+    session.Done();
+  }
+  ASSERT_TRUE(session.Close()) << session.LastError();
+  EXPECT_EQ(Query(file, "select dim1 from a", 1), ascending);
+  EXPECT_EQ(Query(file, "select dim1 from b", 1), mixed);
+  EXPECT_EQ(Query(file, "select label from tdx_label group by label having count(*) > 1", 1),
+            Texts{});
+}
+
+TEST(TdxLibrary, ProcessesThatEndEarly) {
+  const TemporaryDirectory directory;
+  const fs::path file = directory / "linfit.tdx";
+  testing_support::WriteFile(file, "earlier");
+  EXPECT_EQ(RunProgram(TDX_PROGRAM, {Utf8(file), "exit", "20000"}).exit_code, 0);
+  EXPECT_EQ(Files(directory.Path()), std::set<std::string>{"linfit.tdx"});
+  EXPECT_NE(RunProgram(TDX_PROGRAM, {Utf8(file), "kill", "20000"}).exit_code, 0);
+  EXPECT_EQ(testing_support::ReadFile(file), "earlier");
+
+  // What the killed one left goes when the next one comes, but not at once.
+  ASSERT_EQ(Files(directory.Path()).size(), 2U);
+  EXPECT_EQ(RunProgram(TDX_PROGRAM, {Utf8(file), "close", "1"}).out, "closed 0 no error\n");
+  ASSERT_EQ(Files(directory.Path()).size(), 2U);
+  for (const auto& entry : fs::directory_iterator(directory.Path())) {
+    fs::last_write_time(entry.path(), fs::file_time_type::clock::now() - std::chrono::hours(1));
+  }
+  testing_support::WriteFile(directory / "linfit.tdx.tmp-mine", "");
+  EXPECT_EQ(RunProgram(TDX_PROGRAM, {Utf8(file), "close", "2"}).out, "closed 0 no error\n");
+  EXPECT_EQ(Files(directory.Path()), (std::set<std::string>{"linfit.tdx", "linfit.tdx.tmp-mine"}));
+  EXPECT_EQ(Query(file, "select * from resid", 2), (Texts{"r0|0.0", "r1|1.0"}));
+}
+
+#ifndef _WIN32  // limits on the size of files are set by the shell
+// 512 blocks of 512 bytes (some shells: of 1024) fill up while records are written, or at the
+// close.
+TEST(TdxLibrary, FullDisk) {
+  const TemporaryDirectory directory;
+  const fs::path file = directory / "linfit.tdx";
+  testing_support::WriteFile(file, "earlier");
+  for (const char* count : {"20000", "2000000"}) {
+    const auto run = RunProgram(
+        "/bin/sh",
+        {"-c", "trap '' XFSZ; ulimit -f 512; exec \"$0\" \"$1\" close " + std::string(count),
+         TDX_PROGRAM, Utf8(file)});
+    EXPECT_TRUE(run.out.starts_with("failed 1 cannot write " + Utf8(file) + ": ")) << run.out;
+    EXPECT_EQ(testing_support::ReadFile(file), "earlier");
+    EXPECT_EQ(Files(directory.Path()), std::set<std::string>{"linfit.tdx"});
+  }
+}
+
+// The records of a large symbol are inserted behind the caller's back.
+TEST(TdxLibrary, AFailureIsCountedWhenItsSymbolEnds) {
+  const TemporaryDirectory directory;
+  for (const char* blocks : {"20", "30000"}) {  // early in the symbol, and late
+    const auto run = RunProgram("/bin/sh", {"-c",
+                                            "trap '' XFSZ; ulimit -f " + std::string(blocks) +
+                                                "; exec \"$0\" \"$1\" count 2000000",
+                                            TDX_PROGRAM, Utf8(directory / "linfit.tdx")});
+    EXPECT_TRUE(run.out.starts_with("1 failed 1 cannot write ")) << run.out;
+    EXPECT_EQ(Files(directory.Path()), std::set<std::string>{});
+  }
+}
+#endif
+
+// The entries that answer before there is an object.
+TEST(TdxLibrary, VersionAndCheck) {
+  const linfit::ModuleHandle module = linfit::LoadModule(TDX_LIBRARY);
+  ASSERT_NE(module, nullptr) << linfit::ModuleFailure();
+  const auto version =
+      reinterpret_cast<int (*)(int, char*, int*)>(linfit::FindExport(module, "CXAPIVersion"));
+  const auto check = reinterpret_cast<int (*)(const char*, int, const int*, char*)>(
+      linfit::FindExport(module, "CXCheck"));
+  std::array<char, 256> message{};
+  int compatibility = 0;
+  EXPECT_NE(version(7, message.data(), &compatibility), 0);
+  EXPECT_STREQ(message.data(), "");
+  for (const int refused : {6, 8}) {
+    EXPECT_EQ(version(refused, message.data(), &compatibility), 0);
+    EXPECT_NE(std::string(message.data()).find(std::to_string(refused)), std::string::npos);
+  }
+  const std::array<int, 5> codes{3, 11, 11, 4, 4};
+  EXPECT_NE(check("tdxOpenWrite", 3, codes.data(), message.data()), 0);
+  EXPECT_EQ(check("tdxOpenWrite", 4, codes.data(), message.data()), 0);
+  EXPECT_EQ(check("tdxOpenWrite", 2, codes.data(), message.data()), 0);
+  EXPECT_EQ(check("tdxDataWriteStr", 3, codes.data(), message.data()), 0);
+  EXPECT_EQ(check("tdxOpenRead", 3, codes.data(), message.data()), 0);
+  EXPECT_NE(std::string(message.data()).find("tdxOpenRead"), std::string::npos);
+  linfit::UnloadModule(module);
+}
+
+}  // namespace
+}  // namespace host

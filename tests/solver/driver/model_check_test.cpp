@@ -1,0 +1,186 @@
+// The model check, the extraction as the debug dump shows it, and the estimation's failures.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "tests/solver/driver/trace.h"
+
+namespace linfit {
+namespace {
+
+using doubles::RunSolver;
+using doubles::ScriptedRun;
+using Lines = std::vector<std::string>;
+
+std::string Option(const std::string& key, int value) {
+  return "tmoOptFile = 1\noptGetIntStr(\"" + key + "\") = " + std::to_string(value) + "\n";
+}
+
+// The default model: five observations, one coefficient, the intercept added.
+TEST(ModelCheck, RefusalsInTheirOrder) {
+  const std::string inequality = "tmoGetEquTypeOne(6) = 1\n";
+  const std::string two_entries = "entry 3 1 0.5\n";
+  const std::string bounded = "tmoGetVarLowerOne(2) = 0\n";
+  const struct {
+    std::string script;
+    const char* text;
+  } rows[] = {
+      {Option("MAXN", 4) + Option("MAXP", 1) + inequality, "maxn limit exceeded"},
+      {Option("MAXP", 1) + inequality, "maxp limit exceeded"},
+      {Option("MAXN", -1), "maxn limit exceeded"},
+      {inequality + two_entries + bounded, "Only equality constraints are allowed"},
+      {two_entries + bounded, "Objective variable must occur only in free objective row"},
+      {"model 4 2\nentry 2 2 1\n", "Objective variable must occur only in free objective row"},
+      {bounded, "Only free variables are allowed."},
+      {"tmoGetVarUpperOne(2) = 1e300\n", "Only free variables are allowed."},
+      {"tmoGetVarLowerOne(2) = -1e300\ntmoGetVarUpperOne(2) = 1e300\n",
+       "Only free variables are allowed."},
+      {"tmoGetVarLowerOne(2) = -3e300\n", "Only free variables are allowed."},
+      {"tmoM = 2000000000\ntmoN = 2000000000\n" + Option("MAXN", 2000000000) +
+           Option("MAXP", 2000000000),
+       "Could not allocate memory"},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.script);
+    ExpectFatalStop(RunSolver(row.script), row.text);
+  }
+}
+
+TEST(ModelCheck, LimitsThemselvesPass) {
+  ExpectSolution(RunSolver(Option("MAXN", 5) + Option("MAXP", 2)));
+  ExpectSolution(RunSolver(Option("ADD_CONSTANT_TERM", 0) + Option("MAXP", 1)));
+  // The row in which the objective variable stands isn't looked at, nor is the objective row's
+  // type.
+  ExpectSolution(RunSolver("tmoGetEquTypeOne(1) = 0\n"));
+}
+
+// The dump's lines, put together from their pieces.
+Lines Dump(const ScriptedRun& run) {
+  Lines lines;
+  std::string line;
+  bool inside = false;
+  for (const std::string& call : run.trace) {
+    if (call.rfind("tevStatCoff", 0) == 0) break;
+    if (inside) {
+      const std::size_t start = call.find('"');
+      line += call.substr(start + 1, call.size() - start - 2);
+      if (call.rfind("tevStatPChar", 0) != 0) {
+        lines.push_back(line);
+        line.clear();
+      }
+    }
+    if (call.rfind("tevStatCon", 0) == 0) inside = true;
+  }
+  EXPECT_EQ(line, "");
+  return lines;
+}
+
+TEST(Extraction, DebugDump) {
+  const ScriptedRun run = RunSolver(Option("DEBUG_LEVEL", 1) +
+                                    "fit 1 10 1e-7\nfit 2 20 -3\nfit -3 30 4\nfit 4 40 7\n"
+                                    "fit 5.5 50 1e9\nfit 6 -60 0\n");
+  ExpectSolution(run);
+  const Lines expected = {
+      "MATRIX A:",
+      "     10.0000000  1.0000000E-07      1.0000000",
+      "     20.0000000     -3.0000000      1.0000000",
+      "     30.0000000      4.0000000      1.0000000",
+      "     40.0000000      7.0000000      1.0000000",
+      "     50.0000000  1.0000000E+09      1.0000000",
+      "    -60.0000000      0.0000000      1.0000000",
+      "VECTOR RHS:",
+      "      1.0000000      2.0000000     -3.0000000      4.0000000      5.5000000",
+      "      6.0000000",
+  };
+  EXPECT_EQ(Dump(run), expected);
+  EXPECT_EQ(LinesOf(run, {"tevStatPChar"}).size(), 6U * 2U + 5U);
+  EXPECT_TRUE(Dump(RunSolver("")).empty());
+}
+
+// Row and column of the objective may stand anywhere; the numbering closes the gap.
+TEST(Extraction, ObjectiveAnywhere) {
+  const std::string common = Option("DEBUG_LEVEL", 1) +
+                             "optGetIntStr(\"ADD_CONSTANT_TERM\") = 0\n" +
+                             "fit 1 11 21\nfit 2 12 23\nfit 3 13 22\n";
+  for (const char* objective : {"1 1", "2 2", "4 3"}) {
+    SCOPED_TRACE(objective);
+    const ScriptedRun run = RunSolver(common + "objective " + objective + "\n");
+    ExpectSolution(run);
+    const Lines expected = {
+        "MATRIX A:",
+        "     11.0000000     21.0000000",
+        "     12.0000000     23.0000000",
+        "     13.0000000     22.0000000",
+        "VECTOR RHS:",
+        "      1.0000000      2.0000000      3.0000000",
+    };
+    EXPECT_EQ(Dump(run), expected);
+  }
+}
+
+// An entry in the objective row goes to the next row, whose own entry overwrites it; from the last
+// row it is dropped.
+TEST(Extraction, EntryInTheObjectiveRow) {
+  const std::string start =
+      Option("DEBUG_LEVEL", 1) + "optGetIntStr(\"ADD_CONSTANT_TERM\") = 0\nmodel 4 2\n";
+  const std::string entries = "entry 1 2 -1\nentry 2 2 -2\nentry 3 2 -3\nentry 4 2 -4\n";
+  const auto matrix = [](const ScriptedRun& run) {
+    Lines lines = Dump(run);
+    lines.resize(4);
+    return lines;
+  };
+  EXPECT_EQ(matrix(RunSolver(start + "objective 2 1\nentry 2 1 1\n" + entries)),
+            (Lines{"MATRIX A:", "      1.0000000", "      3.0000000", "      4.0000000"}));
+  EXPECT_EQ(matrix(RunSolver(start + "objective 2 1\nentry 2 1 1\nentry 2 2 -5\n")),
+            (Lines{"MATRIX A:", "      0.0000000", "      5.0000000", "      0.0000000"}));
+  EXPECT_EQ(matrix(RunSolver(start + "objective 4 1\nentry 4 1 1\n" + entries)),
+            (Lines{"MATRIX A:", "      1.0000000", "      2.0000000", "      3.0000000"}));
+}
+
+TEST(Extraction, NamesComeFromTheDictionary) {
+  const ScriptedRun run = RunSolver(
+      "fit 1 1 5\nfit 2 3 6\nfit 4 4 9\nfit 5 6 1\nfit 7 7 2\n"
+      "name column 2 b \"it's\" '1947'\nname column 3 income\n");
+  ExpectSolution(run);
+  const Lines log = doubles::TextsOf(run, "tevLog");
+  const auto is_line = [&](const std::string& name) {
+    for (const std::string& line : log) {
+      if (line.rfind(name, 0) == 0) return true;
+    }
+    return false;
+  };
+  EXPECT_TRUE(is_line(" b(\"it's\",'1947') "));
+  EXPECT_TRUE(is_line("           income "));
+  EXPECT_TRUE(is_line("        Intercept "));
+}
+
+TEST(Estimation, FailuresEndTheRun) {
+  // As many columns as rows, and an intercept on top: LAPACK refuses the shape, and nobody frees.
+  const ScriptedRun wide = RunSolver("fit 1 2 3\nfit 2 7 5\n");
+  EXPECT_EQ(wide.program.exit_code, 0);
+  EXPECT_EQ(wide.program.out, " ** On entry to DGELS  parameter number  8 had an illegal value\n");
+  EXPECT_EQ(Freed(wide), Lines{"palXFree"});
+  EXPECT_EQ(LinesOf(wide, {"tmoModelStatSet"}), Lines());
+
+  const std::string no_intercept = Option("ADD_CONSTANT_TERM", 0);
+  const ScriptedRun square = RunSolver(no_intercept + "fit 1 2 3\nfit 2 7 5\n");
+  ExpectFatalStop(square, "Degrees of freedom df=n-p should be >0");
+  EXPECT_TRUE(Contains(square.trace, "tevStat \" DPOTRI(LAPACK) : info: 0\""));
+  ExpectFatalStop(RunSolver(no_intercept + "fit 1 0\nfit 2 0\nfit 3 0\n"),
+                  "Jacobian very poorly scaled: all elem zero");
+  // Rank deficiency doesn't.
+  ExpectSolution(RunSolver("fit 1 0 2\nfit 2 0 3\nfit 3 0 7\nfit 3 0 9\nfit 3 0 1\n"));
+}
+
+// Can't come from a working library: nothing may be read or written out of range.
+TEST(ModelCheck, ObjectiveOutOfRange) {
+  for (const char* script : {"tmoObjRow = 0\n", "tmoObjRow = 99\n", "tmoObjVar = 0\n",
+                             "tmoObjRow = -1\ntmoObjVar = 99\n"}) {
+    const ScriptedRun run = RunSolver(script);
+    EXPECT_EQ(run.program.exit_code, 0) << script << run.program.err;
+    EXPECT_EQ(run.trace.back(), "tevXFree");
+  }
+}
+
+}  // namespace
+}  // namespace linfit

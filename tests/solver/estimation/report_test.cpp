@@ -1,0 +1,85 @@
+#include "estimation/report.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+#include "tests/solver/estimation/problem.h"
+
+namespace linfit {
+namespace {
+
+TEST(Report, WholeText) {
+  RegressionData data = Problem({{1, 2, 3}, {4, 5, 6}, {1, 1, 1}}, {1, 2, 2}, true);
+  const LabelText label{"1947", 7, '\''};
+  AppendName(data.CoefficientNames, 3, "b", &label, 1);
+  AppendName(data.CoefficientNames, 4, "gross_national_product", nullptr, 0);
+  AppendIntercept(data.CoefficientNames);
+  RegressionResult result;
+  result.estimate = {1.5, -123456.789, 2e-7};
+  result.se = {0.25, 0.0, 12345678.9};
+  result.tval = {6.0, -std::numeric_limits<double>::infinity(), std::nan("")};
+  result.pval = {0.0125, 0.0, std::nan("")};
+  result.rss = 836424.0555;
+  result.df = 1234;
+  result.sigma = 304.8541;
+  result.r2 = 0.9954790;
+  result.adjusted_r2 = -0.0312;
+  result.f_statistic = 330.2853;
+  const std::vector<std::string> expected = {
+      "        Parameter      Estimate    Std. Error       t value      Pr(>|t|)",
+      "        b('1947')       1.50000       0.25000       6.00000       0.01250 *",
+      "gross_national_pr -123456.78900       0.00000     -Infinity       0.00000 ***",
+      "        Intercept   2.00000E-07   1.23457E+07           NaN           NaN",
+      "     ---",
+      "     Signif. codes:  0 `***' 0.001 `**' 0.01 `*' 0.05 `.' 0.1 ` ' 1",
+      "",
+      "Estimation statistics:",
+      "Cases: 3  Parameters: 3  Residual sum of squares:  836424.05550",
+      "Residual standard error:     304.85410   on  1234 degrees of freedom",
+      "Multiple R-squared:       0.99548  Adjusted R-squared:      -0.03120",
+  };
+  EXPECT_EQ(ReportLines(data, result), expected);
+  EXPECT_EQ(FTestLine(data, result, 4.98403e-10),
+            "F statistic:     330.28530 on 2 and 1234 DF, p-value:   4.98403E-10");
+  EXPECT_EQ(FTestLine(data, result, 1.0 - std::numeric_limits<double>::max()),
+            "F statistic:     330.28530 on 2 and 1234 DF, p-value: -1.79769E+308");
+}
+
+// Not bytes: the columns stay in line, and no character is cut in two.
+TEST(Report, NamesAreMeasuredInCharacters) {
+  RegressionResult result;
+  result.estimate = result.se = result.tval = result.pval = {1.0};
+  const struct {
+    const char* name;
+    const char* field;
+  } rows[] = {
+      {"H\xC3\xB6he", "             H\xC3\xB6he "},
+      {"123456789012345\xC3\xA4\xC3\xB6\xC3\xBC", "123456789012345\xC3\xA4\xC3\xB6 "},
+  };
+  for (const auto& row : rows) {
+    RegressionData data = Problem({{1, 2}}, {1, 2});
+    AppendName(data.CoefficientNames, 1, row.name, nullptr, 0);
+    const std::string line = ReportLines(data, result)[1];
+    EXPECT_EQ(line.substr(0, line.find("      1.00000")), row.field);
+  }
+}
+
+TEST(Report, SignificanceThresholdsAreStrict) {
+  const struct {
+    double value;
+    const char* code;
+  } rows[] = {
+      {0.0, "***"},        {std::nextafter(0.001, 0.0), "***"},
+      {0.001, "**"},       {std::nextafter(0.01, 0.0), "**"},
+      {0.01, "*"},         {std::nextafter(0.05, 0.0), "*"},
+      {0.05, "."},         {0.1, "."},
+      {0.1000000014, "."}, {0.10000000149011612, " "},
+      {1.0, " "},          {std::nan(""), " "},
+  };
+  for (const auto& row : rows) EXPECT_EQ(SignificanceCode(row.value), row.code) << row.value;
+}
+
+}  // namespace
+}  // namespace linfit

@@ -1,0 +1,188 @@
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <limits>
+
+#include "numerics/confidence.h"
+#include "numerics/error_monitor.h"
+#include "numerics/gausin.h"
+#include "numerics/studin.h"
+#include "tests/solver/numerics/tables.h"
+
+namespace linfit_test {
+namespace {
+
+using namespace linfit;  // NOLINT: everything here is under test
+using testing_support::ShareOfTolerance;
+using testing_support::WorstRow;
+
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+
+std::string PrintedBy(const std::function<void()>& action) {
+  testing::internal::CaptureStdout();
+  action();
+  std::string text = testing::internal::GetCapturedStdout();
+  text.erase(std::remove(text.begin(), text.end(), '\r'), text.end());
+  return text;
+}
+
+TEST(Studin, AgreesWithTheTable) {
+  WorstRow worst("studin_small.csv", 1.0);
+  for (const Row& row : ReadTable("studin_small.csv")) {
+    const double p = row.Double("p_hex");
+    int ifault = -1;
+    const double t = STUDIN(p, row.Int("df"), ifault);
+    EXPECT_EQ(ifault, row.Int("ifault")) << row.text;
+    if (row.Int("df") == 1 && std::min(p, 1.0 - p) < 0.005) {
+      continue;  // 1 - c^2 magnifies the last bit of the library's cosine
+    }
+    worst.Add(ShareOfTolerance(t, row.Double("t_hex"), 1e-12, 1e-13), row.text);
+  }
+}
+
+TEST(Gausin, AgreesWithTheTable) {
+  WorstRow worst("gausin_small.csv", 1.0);
+  for (const Row& row : ReadTable("gausin_small.csv")) {
+    worst.Add(ShareOfTolerance(GAUSIN(row.Double("p_hex")), row.Double("x_hex"), 1e-12, 1e-13),
+              row.text);
+  }
+  EXPECT_EQ(GAUSIN(0.5), 0.0);
+  EXPECT_TRUE(std::isnan(GAUSIN(kNaN)));
+}
+
+TEST(Studin, FaultsAndUndefinedValues) {
+  int ifault = -1;
+  EXPECT_EQ(STUDIN(0.0, 0, ifault), 0.0);
+  EXPECT_EQ(ifault, 1) << "df is looked at before p";
+  for (const double p : {0.0, 1.0, -0.1, 1.1, -HUGE_VAL, HUGE_VAL}) {
+    for (const int df : {1, 2, 3, 400000}) {
+      EXPECT_EQ(STUDIN(p, df, ifault), 0.0);
+      EXPECT_EQ(ifault, 2) << p << ' ' << df;
+    }
+  }
+  for (const int df : {1, 2, 3, 50}) {
+    EXPECT_TRUE(std::isnan(STUDIN(kNaN, df, ifault)));
+    EXPECT_EQ(ifault, 0);
+  }
+  EXPECT_EQ(StudinFailureText(0), "");
+}
+
+TEST(Studin, ConfidenceQuantiles) {
+  // Exact values (30 digits, rounded) of the four levels.
+  const struct {
+    int df;
+    double t[4];
+    double bound;
+  } cases[] = {
+      {1, {6.313751514675043, 12.706204736174698, 25.45169957935, 63.65674116287}, 3e-8},
+      {2, {2.919985580353726, 4.302652729749464, 6.205346816570692, 9.924843200917}, 1e-12},
+      {10, {1.812461122811676, 2.2281388519649, 2.633766915720, 3.169272672616}, 5e-7},
+  };
+  for (const auto& row : cases) {
+    for (std::size_t i = 0; i < kConfidenceLevels.size(); ++i) {
+      int ifault = -1;
+      const double t = ConfidenceQuantile(kConfidenceLevels[i].level, row.df, ifault);
+      EXPECT_EQ(ifault, 0);
+      EXPECT_NEAR(t, -row.t[i], row.bound * row.t[i])
+          << row.df << ' ' << kConfidenceLevels[i].label;
+    }
+  }
+}
+
+TEST(Studin, UpperQuantileStopsOnFaults) {
+  const auto unexpected = [](std::string_view) { ADD_FAILURE() << "stopped without a fault"; };
+  int ifault = -1;
+  EXPECT_EQ(UpperStudentQuantile(0.025, 7, unexpected), -STUDIN(0.025, 7, ifault));
+  const auto thrown = [](std::string_view message) { throw std::string(message); };
+  const auto message_of = [&](double p, int df) {
+    try {
+      UpperStudentQuantile(p, df, thrown);
+    } catch (const std::string& message) {
+      return message;
+    }
+    return std::string("no stop");
+  };
+  EXPECT_EQ(message_of(0.025, 0), "df incorrect in call to STUDIN");
+  EXPECT_EQ(message_of(1.0, 7), "p incorrect in call to STUDIN");
+}
+
+TEST(StudinDeathTest, UpperQuantileNeverReturnsAfterAFault) {
+  const auto ends = [](std::string_view) { std::exit(0); };
+  EXPECT_EXIT(UpperStudentQuantile(0.5, 0, ends), testing::ExitedWithCode(0), "");
+  const auto returns = [](std::string_view) {};
+  EXPECT_DEATH(UpperStudentQuantile(0.5, 0, returns), "");
+}
+
+TEST(Gausin, ReportsAnArgumentOutOfRange) {
+  const struct {
+    double p;
+    const char* field;
+  } cases[] = {{0.0, "    0.00000E+00"},       {1.0, "    1.00000E+00"},
+               {1.5, "    1.50000E+00"},       {-0.25, "   -2.50000E-01"},
+               {-9.999996, "   -1.00000E+01"}, {1e300, "    1.00000+300"},
+               {-1e-300, "   -1.00000-300"},   {HUGE_VAL, "       Infinity"}};
+  for (const auto& [p, field] : cases) {
+    double x = -1.0;
+    const std::string text = PrintedBy([&, value = p] { x = GAUSIN(value); });
+    EXPECT_EQ(text, std::string("       ***** CERN G105 GAUSIN ERROR G105.1: ARGUMENT P =") +
+                        field + " NOT IN RANGE\n");
+    EXPECT_EQ(x, 0.0);
+  }
+}
+
+TEST(ErrorMonitor, TableAndLookUp) {
+  const std::string table = testing_support::Lines(ReadData("error-codes.txt")).at(0);
+  EXPECT_EQ(kErrorCodes, table);
+  EXPECT_EQ(FindErrorCode("B100.1"), 0u);
+  EXPECT_EQ(FindErrorCode("G105.1"), 119u);
+  EXPECT_EQ(FindErrorCode("V202.3"), 131u);
+  for (const char* unknown : {"", "G105", "G105.", "G105.3", "g105.1", "G105.1 ", "05.1G1"}) {
+    EXPECT_EQ(FindErrorCode(unknown), kErrorCodeCount) << unknown;
+  }
+}
+
+constexpr const char* kMessage = "       ***** CERN G105 GAUSIN ERROR G105.1: TEXT\n";
+constexpr const char* kTermination =
+    "       ***** CERN N002 MTLSET ... ERROR NOO2.1: RUN TERMINATED BY LIBRARY ERROR CONDITION "
+    "G105.1\n";
+constexpr const char* kAbend = "ABEND ROUTINE HAS BEEN CALLED.\n";
+
+TEST(ErrorMonitor, CountsMessagesAndAborts) {
+  ErrorMonitor monitor;
+  ErrorLimits& limits = monitor.limits[FindErrorCode("G105.1")];
+  const auto report = [&] { return CountError(monitor, "GAUSIN", "G105.1", "TEXT  "); };
+  for (int i = 0; i < 300; ++i) {
+    const ErrorReport unlimited = report();
+    EXPECT_EQ(unlimited.lines, kMessage);
+    EXPECT_FALSE(unlimited.terminate);
+  }
+  EXPECT_EQ(limits.message, kUnlimited);
+
+  limits = {1, 2};
+  EXPECT_EQ(report().lines, kMessage);
+  const ErrorReport silent = report();
+  EXPECT_EQ(silent.lines, "");
+  EXPECT_FALSE(silent.terminate);
+  const ErrorReport last = report();
+  EXPECT_EQ(last.lines, std::string(kTermination) + kAbend);
+  EXPECT_TRUE(last.terminate);
+  limits = {300, 0};
+  EXPECT_EQ(report().lines, std::string(kTermination) + kMessage + kAbend);
+
+  const ErrorReport unknown = CountError(monitor, "GAUSIN", "G9", "TEXT");
+  EXPECT_EQ(unknown.lines,
+            std::string("       ***** CERN N002 MTLSET ... ERROR N002: ERROR CODE G9     NOT "
+                        "RECOGNIZED BY ERROR MONITOR. RUN ABORTED.\n") +
+                kAbend);
+  EXPECT_TRUE(unknown.terminate);
+}
+
+TEST(ErrorMonitorDeathTest, EndsTheProcessWithStatusZero) {
+  ErrorMonitor monitor;
+  EXPECT_EXIT(ReportError(monitor, "GAUSIN", "G105.9", "TEXT"), testing::ExitedWithCode(0), "");
+  monitor.limits[FindErrorCode("G105.1")].abort = 0;
+  EXPECT_EXIT(GAUSIN(2.0, monitor), testing::ExitedWithCode(0), "");
+}
+
+}  // namespace
+}  // namespace linfit_test
