@@ -5,7 +5,7 @@ presets := CMakePresets.json
 install_packages := packaging/install-packages
 
 .DEFAULT_GOAL := build
-.PHONY: help demo test build windows test-windows sanitizers bench package try-packages install format \
+.PHONY: help demo test build windows test-windows sanitizers faults bench package try-packages install format \
         check-format check-tidy clean
 
 help:
@@ -15,6 +15,7 @@ help:
 	@echo 'make windows       the same for Windows x86-64, in build/windows/bin'
 	@echo 'make test-windows  build for Windows, then run the tests under wine'
 	@echo 'make sanitizers    build with the sanitizers, then run the tests'
+	@echo 'make faults        run the programs with every call for memory and files failing once; prints a table'
 	@echo 'make bench         run the solver beside R, Python, gretl and Octave; writes bench/RESULTS.md'
 	@echo 'make package       a Debian package and a Windows zip in build/packages'
 	@echo 'make try-packages  make both, unpack them in a scratch directory and solve an example'
@@ -44,6 +45,10 @@ test-windows: windows build/windows/wine/system.reg
 sanitizers: build/sanitizers/build.ninja
 	@cmake --build --preset sanitizers
 	@ctest --preset sanitizers
+
+faults: build
+	@cmake --build --preset release --target fault_matrix
+	@build/release/tests/fault_matrix build/release/bin build/release/tests/faults_shim.so tests/chain/data $(RUNS)
 
 package: build windows
 	@$(install_packages) package
