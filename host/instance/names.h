@@ -1,13 +1,7 @@
-// Names of rows and columns as model files have them, taken apart into a symbol and its labels.
-//
-//   coeff                 a symbol without labels
-//   coeff[a,'it''s',1]    MathProg: labels are bare or in single quotes, a quote inside is doubled
-//   coeff(a,b) coeff[a,b] MPS and LP files, quotes as above where there are any
-//   coeff_1_2             MPS and LP files on request: trailing groups of digits are labels
+// Names of elements, which are rows and columns: a symbol and its labels.
 #pragma once
 
 #include <string>
-#include <string_view>
 #include <unordered_map>
 #include <vector>
 
@@ -15,24 +9,17 @@
 
 namespace host {
 
-enum class NameStyle { kMathProg, kBrackets, kBracketsOrUnderscores };
-
-struct ParsedName {
+struct ElementName {
   std::string symbol;
   std::vector<std::string> labels;
 };
-
-// Throws InputError, with the name in the text, when the name was cut, has more than kMaxLabels
-// labels, or a symbol or label that is empty or longer than kMaxNameLength bytes. A name of an MPS
-// or LP file that does not have the form of a symbol with labels is a symbol as a whole.
-ParsedName ParseName(std::string_view name, NameStyle style);
 
 // Gives every distinct symbol and label its number, in the order of first use.
 class DictionaryBuilder {
  public:
   // `dictionary` must outlive the builder.
   explicit DictionaryBuilder(Dictionary& dictionary) : dictionary_(dictionary) {}
-  void Append(ElementNames& names, const ParsedName& name);
+  void Append(ElementNames& names, const ElementName& name);
 
  private:
   using Numbers = std::unordered_map<std::string, std::int32_t>;

@@ -1,6 +1,6 @@
 // Names of rows and columns: what is taken apart and put together again is the same name.
 #include "base/input_error.h"
-#include "instance/names.h"
+#include "tavolite/models/name_parser.h"
 #include "tests/fuzz/fuzz_input.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -8,7 +8,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   for (const auto style : {host::NameStyle::kMathProg, host::NameStyle::kBrackets,
                            host::NameStyle::kBracketsOrUnderscores}) {
     try {
-      const host::ParsedName name = host::ParseName(text, style);
+      const host::ElementName name = host::ParseName(text, style);
       fuzz::Check(name.labels.size() <= host::kMaxLabels, "few labels");
       for (const std::string& label : name.labels) {
         fuzz::Check(!label.empty() && label.size() <= host::kMaxNameLength, "length of labels");

@@ -8,7 +8,7 @@
 
 #include "base/input_error.h"
 #include "base/text_file.h"
-#include "instance/names.h"
+#include "tavolite/models/name_parser.h"
 
 namespace host {
 namespace {
@@ -190,7 +190,7 @@ std::vector<int> ColumnOrder(glp_prob* problem, const std::vector<std::string>& 
   for (const std::string& name : variables) places.emplace(name, places.size());
   std::vector<std::pair<std::size_t, int>> order;
   for (int j = 1; j <= glp_get_num_cols(problem); ++j) {
-    const ParsedName name = ParseName(NameOrEmpty(glp_get_col_name(problem, j)), style);
+    const ElementName name = ParseName(NameOrEmpty(glp_get_col_name(problem, j)), style);
     const auto place = places.find(name.symbol);
     order.emplace_back(place == places.end() ? places.size() : place->second, j);
   }
