@@ -10,7 +10,7 @@
 #include "tavolite/command/table_arguments.h"
 #include "tavolite/show/show_command.h"
 #include "tavolite/solve/solve_command.h"
-#include "tavolite/system/child_process.h"
+#include "tavolite/system/program.h"
 
 namespace {
 

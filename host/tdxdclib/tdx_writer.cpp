@@ -8,9 +8,9 @@
 #include <utility>
 
 #include "base/short_string.h"
+#include "base/temporary_file.h"
 #include "base/text_file.h"
 #include "tdxdclib/tdx_version.h"
-#include "tdxdclib/temporary_file.h"
 
 namespace host {
 

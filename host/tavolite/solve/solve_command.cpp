@@ -16,6 +16,8 @@
 #include "tavolite/solve/solver_log.h"
 #include "tavolite/solve/step_times.h"
 #include "tavolite/system/child_process.h"
+#include "tavolite/system/interrupt.h"
+#include "tavolite/system/program.h"
 
 namespace host {
 namespace {

@@ -1,4 +1,4 @@
-// What the command needs of the system: where it stands itself, running a program, Ctrl-C.
+// Running a program.
 //
 // One implementation per system: child_process_posix.cpp, child_process_windows.cpp.
 #pragma once
@@ -6,23 +6,9 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
-#include <string>
 #include <string_view>
-#include <vector>
 
 namespace host {
-
-// The path of the running program's own file. Throws std::system_error.
-std::filesystem::path OwnProgram();
-
-// "linfit" with the suffix that programs have on this system.
-std::filesystem::path ProgramFileName(const std::string& name);
-
-// The command line in UTF-8, the program's name first.
-std::vector<std::string> Utf8Arguments(int argc, char** argv);
-
-// Makes a console of this process take UTF-8.
-void UseUtf8Console();
 
 class ChildProcess {
  public:
@@ -50,9 +36,5 @@ class ChildProcess {
   struct State;
   std::unique_ptr<State> state_;
 };
-
-// From here on, Ctrl-C and its like run `cleanup` in a thread of its own, then end the process with
-// exit status 130. To be called once, before any other thread starts.
-void OnInterrupt(std::function<void()> cleanup);
 
 }  // namespace host

@@ -1,5 +1,4 @@
 #include <fcntl.h>
-#include <pthread.h>
 #include <signal.h>
 #include <spawn.h>
 #include <sys/wait.h>
@@ -13,21 +12,12 @@
 #include <thread>
 
 #include "tavolite/system/child_process.h"
+#include "tavolite/system/interrupt_signals_posix.h"
 
 extern char** environ;
 
 namespace host {
 namespace {
-
-constexpr int kInterruptStatus = 130;
-constexpr std::array kInterrupts{SIGINT, SIGTERM, SIGHUP};
-
-sigset_t InterruptSet() {
-  sigset_t set;
-  sigemptyset(&set);
-  for (const int number : kInterrupts) sigaddset(&set, number);
-  return set;
-}
 
 [[noreturn]] void Fail(int code, const std::string& what) {
   throw std::system_error(code, std::generic_category(), what);
@@ -88,20 +78,6 @@ ChildProcess::Exit ToExit(int status) {
 
 }  // namespace
 
-std::filesystem::path OwnProgram() {
-  return std::filesystem::read_symlink("/proc/self/exe");
-}
-
-std::filesystem::path ProgramFileName(const std::string& name) {
-  return name;
-}
-
-std::vector<std::string> Utf8Arguments(int argc, char** argv) {
-  return {argv, argv + argc};
-}
-
-void UseUtf8Console() {}
-
 struct ChildProcess::State {
   std::mutex mutex;
   pid_t pid = 0;  // of the running child, 0 when there is none
@@ -160,19 +136,6 @@ void ChildProcess::Stop() {
     }
     std::this_thread::sleep_for(kStep);
   }
-}
-
-void OnInterrupt(std::function<void()> cleanup) {
-  const sigset_t set = InterruptSet();
-  pthread_sigmask(SIG_BLOCK, &set, nullptr);
-  // A reader of our output that goes away must not leave files behind either.
-  signal(SIGPIPE, SIG_IGN);
-  std::thread([set, cleanup = std::move(cleanup)] {
-    int number = 0;
-    sigwait(&set, &number);
-    cleanup();
-    _exit(kInterruptStatus);
-  }).detach();
 }
 
 }  // namespace host

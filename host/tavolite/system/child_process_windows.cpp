@@ -1,31 +1,16 @@
 #include <windows.h>
-// After windows.h, which it needs.
-#include <shellapi.h>
 
 #include <array>
 #include <mutex>
-#include <system_error>
+#include <string>
 
 #include "tavolite/system/child_process.h"
+#include "tavolite/system/windows_support.h"
 
 namespace host {
 namespace {
 
-constexpr UINT kInterruptStatus = 130;
 constexpr DWORD kControlCExit = 0xC000013A;  // how the system ends a program on Ctrl-C
-
-[[noreturn]] void Fail(const std::string& what) {
-  throw std::system_error(static_cast<int>(GetLastError()), std::system_category(), what);
-}
-
-std::string Utf8(const std::wstring& text) {
-  const int size = WideCharToMultiByte(CP_UTF8, 0, text.data(), static_cast<int>(text.size()),
-                                       nullptr, 0, nullptr, nullptr);
-  std::string result(static_cast<std::size_t>(size), '\0');
-  WideCharToMultiByte(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), result.data(), size,
-                      nullptr, nullptr);
-  return result;
-}
 
 class Handle {
  public:
@@ -68,45 +53,7 @@ std::wstring CommandLine(const std::filesystem::path& program,
   return L"\"" + program.wstring() + L"\" \"" + argument.wstring() + L"\"";
 }
 
-// The console's handler is a plain function: what it calls has to stand where it finds it.
-std::function<void()>& InterruptCleanup() {
-  static std::function<void()> cleanup;
-  return cleanup;
-}
-
-BOOL WINAPI OnConsoleEvent(DWORD /*event*/) {
-  InterruptCleanup()();
-  TerminateProcess(GetCurrentProcess(), kInterruptStatus);
-  return TRUE;
-}
-
 }  // namespace
-
-std::filesystem::path OwnProgram() {
-  std::wstring path(32768, L'\0');
-  const DWORD size = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
-  if (size == 0) Fail("own program");
-  path.resize(size);
-  return path;
-}
-
-std::filesystem::path ProgramFileName(const std::string& name) {
-  return name + ".exe";
-}
-
-std::vector<std::string> Utf8Arguments(int argc, char** argv) {
-  int count = 0;
-  wchar_t** wide = CommandLineToArgvW(GetCommandLineW(), &count);
-  if (wide == nullptr) return {argv, argv + argc};
-  std::vector<std::string> arguments;
-  for (int i = 0; i < count; ++i) arguments.push_back(Utf8(wide[i]));
-  LocalFree(wide);
-  return arguments;
-}
-
-void UseUtf8Console() {
-  SetConsoleOutputCP(CP_UTF8);
-}
 
 struct ChildProcess::State {
   std::mutex mutex;
@@ -122,7 +69,7 @@ ChildProcess::Exit ChildProcess::Run(const std::filesystem::path& program,
   SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
   Handle read_end;
   Handle write_end;
-  if (CreatePipe(read_end.Out(), write_end.Out(), &inherited, 0) == 0) Fail("pipe");
+  if (CreatePipe(read_end.Out(), write_end.Out(), &inherited, 0) == 0) FailWithLastError("pipe");
   SetHandleInformation(read_end.Get(), HANDLE_FLAG_INHERIT, 0);
   Handle input(CreateFileW(L"NUL", GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, &inherited,
                            OPEN_EXISTING, 0, nullptr));
@@ -139,7 +86,7 @@ ChildProcess::Exit ChildProcess::Run(const std::filesystem::path& program,
     const std::lock_guard lock(state_->mutex);
     if (CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr,
                        &startup, &information) == 0) {
-      Fail("can't start " + Utf8(program.wstring()));
+      FailWithLastError("can't start " + ToUtf8(program.wstring()));
     }
     state_->process = information.hProcess;
   }
@@ -160,11 +107,6 @@ void ChildProcess::Stop() {
   if (state_->process == nullptr) return;
   TerminateProcess(state_->process, kControlCExit);
   WaitForSingleObject(state_->process, INFINITE);
-}
-
-void OnInterrupt(std::function<void()> cleanup) {
-  InterruptCleanup() = std::move(cleanup);
-  SetConsoleCtrlHandler(&OnConsoleEvent, TRUE);
 }
 
 }  // namespace host

@@ -1,4 +1,4 @@
-#include "tdxdclib/temporary_file.h"
+#include "base/temporary_file.h"
 
 #include <atomic>
 #include <charconv>

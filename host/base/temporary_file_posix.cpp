@@ -3,7 +3,7 @@
 
 #include <cerrno>
 
-#include "tdxdclib/temporary_file.h"
+#include "base/temporary_file.h"
 
 namespace host {
 

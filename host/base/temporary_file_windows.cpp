@@ -2,7 +2,7 @@
 
 #include <system_error>
 
-#include "tdxdclib/temporary_file.h"
+#include "base/temporary_file.h"
 
 namespace host {
 
