@@ -6,7 +6,7 @@ install_packages := packaging/install-packages
 
 .DEFAULT_GOAL := build
 .PHONY: help demo test build windows test-windows sanitizers faults bench package try-packages install format \
-        check-format check-tidy clean
+        check-format check-includes check-tidy clean
 
 help:
 	@echo 'make build         programs, libraries and optlinfit.def in build/release/bin'
@@ -20,7 +20,7 @@ help:
 	@echo 'make package       a Debian package and a Windows zip in build/packages'
 	@echo 'make try-packages  make both, unpack them in a scratch directory and solve an example'
 	@echo 'make install       install below PREFIX (now $(PREFIX))'
-	@echo 'make format        format the sources; check-format and check-tidy only look'
+	@echo 'make format        format the sources; check-format, check-includes and check-tidy only look'
 	@echo 'make clean         remove build/'
 
 build: build/release/build.ninja
@@ -72,6 +72,9 @@ format:
 check-format:
 	@$(install_packages) checks
 	@git ls-files '*.cpp' '*.h' | xargs clang-format-14 --dry-run --Werror
+
+check-includes:
+	@packaging/check-includes
 
 check-tidy: build
 	@$(install_packages) checks

@@ -18,7 +18,7 @@ std::string Outcome(const std::string& text, const host::TableOptions& options, 
                                                   .name = "t",
                                                   .block = block,
                                                   .threads = threads,
-                                                  .separator = options.separator},
+                                                  .separator = *options.separator},
                                                  options),
                              options, "t: ");
     std::ostringstream out;
@@ -52,7 +52,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const unsigned choice = input.Byte();
   host::TableOptions options;
   options.response = "y";
-  options.progress = false;
   options.separator = (choice & 1U) != 0 ? '\t' : ',';
   if ((choice & 2U) != 0) {
     options.labels = {"k"};

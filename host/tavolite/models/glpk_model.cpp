@@ -156,7 +156,7 @@ void AddColumns(glp_prob* problem, const std::vector<int>& order, const RowNumbe
 
 // With the data on the wrong side every value arrives with the other sign. A constant term is then
 // no longer seen as one: the solver adds an intercept that can't be told from it.
-void WarnOfNegativeConstant(const Model& model, const ModelSource& source, DataSide side,
+void WarnOfNegativeConstant(const Model& model, const SolveOptions& options, DataSide side,
                             ReaderNotes& notes) {
   const auto fit_rows = model.row_types.size() - 1;
   for (std::size_t j = 0; j < model.columns.size(); ++j) {
@@ -172,7 +172,7 @@ void WarnOfNegativeConstant(const Model& model, const ModelSource& source, DataS
     const bool left = side == DataSide::kLeft;
     notes.warnings.push_back("the column of " +
                              DisplayName(model.dictionary, model.column_names, j) +
-                             " is -1 in every observation: if " + Utf8(source.model.filename()) +
+                             " is -1 in every observation: if " + Utf8(options.input.filename()) +
                              " has its data on the " + (left ? "right" : "left") +
                              "-hand side, use --data-side " + (left ? "right" : "left"));
     return;
@@ -181,32 +181,34 @@ void WarnOfNegativeConstant(const Model& model, const ModelSource& source, DataS
 
 }  // namespace
 
-Model ReadGlpkModel(const ModelSource& source, ReaderNotes& notes) {
-  const bool is_mathprog = source.format == ModelFormat::kMathProg;
-  const DataSide side = source.data_side.value_or(is_mathprog ? DataSide::kLeft : DataSide::kRight);
+Model ReadGlpkModel(const SolveOptions& options, const std::filesystem::path& scratch,
+                    ReaderNotes& notes) {
+  const bool is_mathprog = options.format == InputFormat::kMathProg;
+  const DataSide side =
+      options.data_side.value_or(is_mathprog ? DataSide::kLeft : DataSide::kRight);
   const double sign = side == DataSide::kRight ? -1.0 : 1.0;
-  const NameStyle style = is_mathprog                ? NameStyle::kMathProg
-                          : source.split_underscores ? NameStyle::kBracketsOrUnderscores
-                                                     : NameStyle::kBrackets;
+  const NameStyle style = is_mathprog                 ? NameStyle::kMathProg
+                          : options.split_underscores ? NameStyle::kBracketsOrUnderscores
+                                                      : NameStyle::kBrackets;
   GlpkSession session;
-  GlpkProblem problem =
-      is_mathprog ? ReadMathProg(session, source.model, source.data, source.scratch, notes)
-                  : ReadMpsOrLp(session, source.model, source.format);
+  GlpkProblem problem = is_mathprog
+                            ? ReadMathProg(session, options.input, options.data, scratch, notes)
+                            : ReadMpsOrLp(session, options.input, options.format);
   Model model;
   try {
     const Objective objective =
         is_mathprog ? FindMathProgObjective(problem.get()) : RestoreObjective(problem.get(), notes);
     const RowNumbers numbers(problem.get(), objective);
-    model.name = Utf8(source.model.stem());
+    model.name = Utf8(options.input.stem());
     model.objective_row = numbers.Objective();
     DictionaryBuilder dictionary(model.dictionary);
     AddRows(problem.get(), numbers, sign, objective, style, dictionary, model);
     AddColumns(problem.get(), ColumnOrder(problem.get(), notes.variables, style), numbers, sign,
                objective, style, dictionary, model);
   } catch (const InputError& error) {
-    throw InputError(Utf8(source.model) + ": " + error.what());
+    throw InputError(Utf8(options.input) + ": " + error.what());
   }
-  if (!source.data_side) WarnOfNegativeConstant(model, source, side, notes);
+  if (!options.data_side) WarnOfNegativeConstant(model, options, side, notes);
   return model;
 }
 

@@ -170,7 +170,7 @@ GlpkProblem ReadMathProg(GlpkSession& session, const fs::path& model, const fs::
   return problem;
 }
 
-GlpkProblem ReadMpsOrLp(GlpkSession& session, const fs::path& model, ModelFormat format) {
+GlpkProblem ReadMpsOrLp(GlpkSession& session, const fs::path& model, InputFormat format) {
   ReadWholeFile(model).clear();
   const std::string file = Utf8(model);
   const std::string& shown = file;
@@ -179,7 +179,7 @@ GlpkProblem ReadMpsOrLp(GlpkSession& session, const fs::path& model, ModelFormat
     session.ForgetMessages();
     int result = 1;
     const bool ended = session.Run([&] {
-      result = format == ModelFormat::kLp
+      result = format == InputFormat::kLp
                    ? glp_read_lp(problem.get(), nullptr, file.c_str())
                    : glp_read_mps(problem.get(), mps_form, nullptr, file.c_str());
     });
@@ -191,8 +191,8 @@ GlpkProblem ReadMpsOrLp(GlpkSession& session, const fs::path& model, ModelFormat
 
   std::string failure;
   GlpkProblem problem =
-      read(format == ModelFormat::kFixedMps ? GLP_MPS_DECK : GLP_MPS_FILE, failure);
-  if (problem == nullptr && format == ModelFormat::kMps) {
+      read(format == InputFormat::kFixedMps ? GLP_MPS_DECK : GLP_MPS_FILE, failure);
+  if (problem == nullptr && format == InputFormat::kMps) {
     // Names with blanks are possible in the fixed form only. The form that gets farther is the one
     // meant.
     std::string fixed_failure;

@@ -8,11 +8,10 @@
 #include <string>
 #include <vector>
 
+#include "tavolite/command/options.h"
 #include "tavolite/models/glpk_session.h"
 
 namespace host {
-
-enum class ModelFormat { kMathProg, kMps, kFreeMps, kFixedMps, kLp };
 
 // What a front end has to tell besides the model itself.
 struct ReaderNotes {
@@ -38,6 +37,6 @@ GlpkProblem ReadMathProg(GlpkSession& session, const std::filesystem::path& mode
 
 // Reads an MPS or LP file. kMps takes the free form and the fixed form. Throws InputError.
 GlpkProblem ReadMpsOrLp(GlpkSession& session, const std::filesystem::path& model,
-                        ModelFormat format);
+                        InputFormat format);
 
 }  // namespace host

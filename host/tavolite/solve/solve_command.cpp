@@ -11,6 +11,7 @@
 #include "base/input_error.h"
 #include "base/text_file.h"
 #include "instance/instance.h"
+#include "tavolite/solve/front_end.h"
 #include "tavolite/solve/listing.h"
 #include "tavolite/solve/scratch.h"
 #include "tavolite/solve/solver_log.h"
@@ -50,12 +51,6 @@ bool IsSameFile(const fs::path& a, const fs::path& b) {
   return fs::equivalent(a, b, none);
 }
 
-void CheckInputFile(const fs::path& file) {
-  std::error_code none;
-  if (!fs::exists(file, none)) throw InputError(Utf8(file) + ": there is no such file");
-  if (fs::is_directory(file, none)) throw InputError(Utf8(file) + ": is a directory");
-}
-
 fs::path FindSolver(const SolveOptions& options) {
   fs::path solver = options.solver;
   if (solver.empty()) solver = OwnProgram().parent_path() / ProgramFileName("linfit");
@@ -67,8 +62,8 @@ fs::path FindSolver(const SolveOptions& options) {
 // The listing must neither destroy what the solve reads nor fail after a long run.
 fs::path ChooseListing(const SolveOptions& options) {
   fs::path listing = options.listing;
-  if (listing.empty()) listing = options.input.model.stem() += ".lst";
-  for (const fs::path& input : {options.input.model, options.input.data, options.option_file}) {
+  if (listing.empty()) listing = options.input.stem() += ".lst";
+  for (const fs::path& input : {options.input, options.data, options.option_file}) {
     if (!input.empty() && IsSameFile(listing, input)) {
       throw InputError("the listing would overwrite " + Utf8(input) + ": give another --listing");
     }
@@ -82,12 +77,8 @@ fs::path ChooseListing(const SolveOptions& options) {
 }
 
 void CheckFiles(Session& session) {
-  const SolveOptions& options = session.options;
-  CheckInputFile(options.input.model);
-  if (!options.input.data.empty()) CheckInputFile(options.input.data);
-  if (!options.option_file.empty()) CheckInputFile(options.option_file);
-  session.solver = FindSolver(options);
-  session.listing = ChooseListing(options);
+  session.solver = FindSolver(session.options);
+  session.listing = ChooseListing(session.options);
 }
 
 void Tell(const Session& session, const ReaderNotes& notes) {
@@ -121,7 +112,7 @@ fs::path OptionFile(const Session& session, const FrontEndResult& input) {
 // Reads the model and writes instance and control file. The matrix goes while the solver starts,
 // which needs the memory.
 ModelNames Prepare(Session& session) {
-  FrontEndResult input = ReadModel(session.options.input, session.running->scratch.Path());
+  FrontEndResult input = ReadModel(session.options, session.running->scratch.Path());
   session.times.End("read the model");
   Tell(session, input.notes);
   WriteInstance(input.model, session.Scratch("instance.db"));

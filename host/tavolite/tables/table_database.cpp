@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "base/database.h"
+#include "base/excerpt.h"
 #include "base/input_error.h"
 #include "base/text_file.h"
 #include "tavolite/system/progress.h"
@@ -114,13 +115,12 @@ class QueryReader {
 
 }  // namespace
 
-Table ReadQuery(const std::filesystem::path& file, const std::string& query,
-                const TableOptions& options) {
+Table ReadQuery(const std::filesystem::path& file, const TableOptions& options, bool progress) {
   const std::string where = Utf8(file) + ": ";
   try {
     Database database(file, Database::Mode::kRead);
     std::string_view rest;
-    Statement statement(database, query, &rest);
+    Statement statement(database, options.query, &rest);
     CheckStatement(statement, rest, where);
     std::vector<std::string> names;
     for (int i = 0; i < statement.Columns(); ++i) {
@@ -129,8 +129,8 @@ Table ReadQuery(const std::filesystem::path& file, const std::string& query,
     TablePlan plan = MakeTablePlan(names, options, where);
     TableData data(plan, Utf8(file), /*by_line=*/false);
     Table table{.plan = std::move(plan), .data = std::move(data)};
-    Progress progress("reading " + Utf8(file), options.progress);
-    QueryReader(statement, table).Run(progress);
+    Progress shown("reading " + Utf8(file), progress);
+    QueryReader(statement, table).Run(shown);
     return table;
   } catch (const DatabaseError& error) {
     throw InputError(error.what());

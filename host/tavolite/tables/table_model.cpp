@@ -9,6 +9,7 @@
 #include <unordered_map>
 #include <unordered_set>
 
+#include "base/excerpt.h"
 #include "base/input_error.h"
 #include "base/text_file.h"
 #include "tavolite/tables/table_database.h"
@@ -296,22 +297,26 @@ class ModelMaker {
   bool has_constant_ = false;
 };
 
-Table ReadTextFile(const std::filesystem::path& file, const TableOptions& options) {
-  const std::string name = Utf8(file);
+Table ReadTextFile(const SolveOptions& options) {
+  const std::string name = Utf8(options.input);
   std::error_code code;
-  if (std::filesystem::is_directory(file, code)) {
+  if (std::filesystem::is_directory(options.input, code)) {
     throw InputError(name + ": is a directory");
   }
   std::ifstream stream;
   stream.rdbuf()->pubsetbuf(nullptr, 0);  // blocks are read as they are
-  stream.open(file, std::ios::binary);
+  stream.open(options.input, std::ios::binary);
   if (!stream) {
     throw InputError(name + ": can't be opened");
   }
-  const std::uintmax_t size = std::filesystem::file_size(file, code);
-  return ReadTextTable(
-      {.stream = &stream, .name = name, .size = code ? 0 : size, .separator = options.separator},
-      options);
+  const std::uintmax_t size = std::filesystem::file_size(options.input, code);
+  const char usual = options.format == InputFormat::kTsv ? '\t' : ',';
+  return ReadTextTable({.stream = &stream,
+                        .name = name,
+                        .size = code ? 0 : size,
+                        .separator = options.table.separator.value_or(usual),
+                        .progress = !options.quiet},
+                       options.table);
 }
 
 }  // namespace
@@ -320,24 +325,13 @@ TableModel MakeTableModel(Table table, const TableOptions& options, const std::s
   return ModelMaker(table, options, where).Make();
 }
 
-TableModel ReadTableModel(const std::filesystem::path& file, const std::string& query,
-                          const TableOptions& options) {
-  Table table = query.empty() ? ReadTextFile(file, options) : ReadQuery(file, query, options);
-  TableModel result = MakeTableModel(std::move(table), options, Utf8(file) + ": ");
-  result.model.name = Utf8(file.stem());
+TableModel ReadTableModel(const SolveOptions& options) {
+  Table table = options.format == InputFormat::kSqlite
+                    ? ReadQuery(options.input, options.table, !options.quiet)
+                    : ReadTextFile(options);
+  TableModel result = MakeTableModel(std::move(table), options.table, Utf8(options.input) + ": ");
+  result.model.name = Utf8(options.input.stem());
   return result;
-}
-
-char ParseSeparator(const std::string& text) {
-  if (text == "tab" || text == "\\t" || text == "\t") {
-    return '\t';
-  }
-  constexpr std::string_view kAllowed = ",;|:!#$%&*/<=>?@\\^_`{}~'()[]";
-  if (text.size() != 1 || kAllowed.find(text[0]) == std::string_view::npos) {
-    throw InputError("--separator: \"" + Excerpt(text) +
-                     "\" is not a separator; one like , ; | or the word tab is");
-  }
-  return text[0];
 }
 
 }  // namespace host

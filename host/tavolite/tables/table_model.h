@@ -1,12 +1,11 @@
 // From a table to a model: one row per observation, one column per regressor.
 #pragma once
 
-#include <filesystem>
 #include <string>
 #include <vector>
 
 #include "instance/model.h"
-#include "tavolite/tables/table_plan.h"
+#include "tavolite/command/options.h"
 #include "tavolite/tables/table_reader.h"
 
 namespace host {
@@ -19,15 +18,10 @@ struct TableModel {
   std::vector<std::string> notes;  // what was left out and assumed
 };
 
-// Reads a text table from a file or, where `query` is not empty, the rows that an SQLite database
-// gives. Throws InputError.
-TableModel ReadTableModel(const std::filesystem::path& file, const std::string& query,
-                          const TableOptions& options);
+// Reads a text table or the rows that a query gives. Throws InputError.
+TableModel ReadTableModel(const SolveOptions& options);
 
 // Takes the numbers out of `table`. `where` stands in front of messages.
 TableModel MakeTableModel(Table table, const TableOptions& options, const std::string& where);
-
-// The separator that an option names: one character or "tab". Throws InputError.
-char ParseSeparator(const std::string& text);
 
 }  // namespace host

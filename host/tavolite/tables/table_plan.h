@@ -6,23 +6,10 @@
 #include <string_view>
 #include <vector>
 
+#include "tavolite/command/options.h"
 #include "tavolite/tables/table_number.h"
 
 namespace host {
-
-enum class Intercept { kAutomatic, kAlways, kNever };
-
-// What the user says about a table. Column names may come several in one text, joined by commas.
-struct TableOptions {
-  std::string response;
-  std::vector<std::string> regressors;  // empty: every column that is nothing else
-  std::vector<std::string> drop;
-  std::vector<std::string> labels;
-  std::vector<std::string> factors;
-  Intercept intercept = Intercept::kAutomatic;
-  char separator = '\0';  // of a text table's fields
-  bool progress = true;   // on standard error, where that is a terminal and reading takes long
-};
 
 // The uses of one column; a number is the position among the columns of that use, -1 for none.
 struct ColumnUse {
@@ -58,9 +45,6 @@ TablePlan MakeTablePlan(const std::vector<std::string>& names, const TableOption
 
 // What is wrong with a text as a label, in words that follow "label "; empty when nothing is.
 std::string LabelFault(std::string_view text);
-
-// A piece of a table for a message: at most some 40 bytes, nothing that would disturb a terminal.
-std::string Excerpt(std::string_view text);
 
 // Why a field of a used column is refused: as a number of a kind other than a finite one, or as a
 // label or level (empty when it is not).

@@ -135,11 +135,11 @@ void CheckHeader(const std::vector<std::string>& names, const std::string& where
 // Parses blocks in several threads; each waits for its turn to hand its rows over.
 class ParallelReader {
  public:
-  ParallelReader(const TableSource& source, BlockSource& blocks, Table& table, bool progress)
+  ParallelReader(const TableSource& source, BlockSource& blocks, Table& table)
       : source_(source),
         blocks_(blocks),
         table_(table),
-        progress_("reading " + source.name, progress) {}
+        progress_("reading " + source.name, source.progress) {}
 
   // Reads `first`, whose text from `records` on is still to be read, then all that follows.
   void Run(Block first, std::string_view records) {
@@ -272,7 +272,7 @@ Table ReadTextTable(const TableSource& source, const TableOptions& options) {
   TableData data(plan, source.name, /*by_line=*/true);
   Table table{.plan = std::move(plan), .data = std::move(data)};
   table.data.lines_read = lines;
-  ParallelReader(source, blocks, table, options.progress).Run(std::move(block), records);
+  ParallelReader(source, blocks, table).Run(std::move(block), records);
   return table;
 }
 

@@ -18,6 +18,7 @@ struct TableSource {
   std::size_t block = 0;   // bytes read at a time; 0: a good size
   unsigned threads = 0;    // 0: as many as there are processors, up to four
   char separator = ',';
+  bool progress = false;  // on standard error, where that is a terminal and reading takes long
 };
 
 struct Table {

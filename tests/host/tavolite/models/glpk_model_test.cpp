@@ -24,14 +24,13 @@ class GlpkModel : public testing::Test {
   Model Read(const std::string& name, const std::string& text) {
     notes = {};
     WriteFile(directory / name, text);
-    ModelSource source;
-    source.model = directory / name;
-    source.scratch = directory.Path();
-    source.format = name.ends_with(".mod")  ? ModelFormat::kMathProg
-                    : name.ends_with(".lp") ? ModelFormat::kLp
-                                            : ModelFormat::kMps;
-    source.data_side = side;
-    return ReadGlpkModel(source, notes);
+    SolveOptions options;
+    options.input = directory / name;
+    options.format = name.ends_with(".mod")  ? InputFormat::kMathProg
+                     : name.ends_with(".lp") ? InputFormat::kLp
+                                             : InputFormat::kMps;
+    options.data_side = side;
+    return ReadGlpkModel(options, directory.Path(), notes);
   }
 
   // The message with which the model is refused.

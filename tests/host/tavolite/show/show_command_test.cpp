@@ -49,7 +49,7 @@ class Show : public testing::Test {
   }
 
   std::string Run(ShowOptions options) {
-    if (options.file.empty()) options.file = testing_support::Utf8(file_);
+    if (options.file.empty()) options.file = file_;
     if (options.width == 0) options.width = 80;
     std::ostringstream out;
     std::ostringstream err;
@@ -107,22 +107,23 @@ TEST_F(Show, OneSymbol) {
 }
 
 TEST_F(Show, CsvAndJson) {
-  EXPECT_EQ(Run({.symbol = "estimate", .format = "csv"}),
+  EXPECT_EQ(Run({.symbol = "estimate", .format = ShowFormat::kCsv}),
             "dim1,value\n\"a,b\",0.3333333333333333\n\"Zü\"\"rich\",-2e+300\n");
-  EXPECT_EQ(Run({.symbol = "tval", .format = "csv", .limit = 1}), "dim1,value\n\"a,b\",Inf\n");
-  EXPECT_EQ(Run({.symbol = "r2", .format = "csv"}), "value\n0.30000000000000004\n");
-  EXPECT_EQ(Run({.symbol = "pval", .format = "json"}),
+  EXPECT_EQ(Run({.symbol = "tval", .format = ShowFormat::kCsv, .limit = 1}),
+            "dim1,value\n\"a,b\",Inf\n");
+  EXPECT_EQ(Run({.symbol = "r2", .format = ShowFormat::kCsv}), "value\n0.30000000000000004\n");
+  EXPECT_EQ(Run({.symbol = "pval", .format = ShowFormat::kJson}),
             "{\"name\":\"pval\",\"text\":\"\",\"dimension\":1,\"records\":[\n"
             "{\"keys\":[\"a,b\"],\"value\":null},\n"
             "{\"keys\":[\"Zü\\\"rich\"],\"value\":\"-Infinity\"}\n]}\n");
-  EXPECT_EQ(Lines(Run({.format = "csv"}))[2], "estimate,1,2,Estimated coefficients");
-  const std::string json = Run({.format = "json"});
+  EXPECT_EQ(Lines(Run({.format = ShowFormat::kCsv}))[2], "estimate,1,2,Estimated coefficients");
+  const std::string json = Run({.format = ShowFormat::kJson});
   EXPECT_NE(json.find("\"scalars\":{\"r2\":0.30000000000000004}"), std::string::npos);
   EXPECT_NE(json.find("\"pval\":null,\"confint\":{\"90%\":[1,2],\"95%\":[3,4],"),
             std::string::npos);
 
   const std::filesystem::path output = directory_ / "out.csv";
-  EXPECT_EQ(Run({.symbol = "r2", .format = "csv", .output = testing_support::Utf8(output)}), "");
+  EXPECT_EQ(Run({.symbol = "r2", .format = ShowFormat::kCsv, .output = output}), "");
   EXPECT_EQ(testing_support::ReadFile(output), "value\n0.30000000000000004\n");
 }
 
@@ -149,18 +150,17 @@ TEST_F(Show, BadInput) {
       {"missing.tdx", "there is no such file"},
   };
   for (const auto& [name, text] : cases) {
-    const std::string file = testing_support::Utf8(directory_ / name);
+    const std::filesystem::path file = directory_ / name;
     EXPECT_EQ(Run({.file = file}), "") << name;
     EXPECT_EQ(status_, 2) << name;
-    EXPECT_TRUE(err_.starts_with("tavolite: " + file + ": " + text)) << err_;
+    EXPECT_TRUE(err_.starts_with("tavolite: " + testing_support::Utf8(file) + ": " + text)) << err_;
     EXPECT_EQ(Lines(err_).size(), 1U) << err_;
   }
   EXPECT_EQ(Run({.symbol = "estimates"}), "");
   EXPECT_EQ(status_, 2);
   EXPECT_NE(err_.find("there is no symbol \"estimates\"; the nearest is \"estimate\"\n"),
             std::string::npos);
-  EXPECT_EQ(
-      Run({.symbol = "r2", .output = testing_support::Utf8(directory_.Path() / "no" / "out")}), "");
+  EXPECT_EQ(Run({.symbol = "r2", .output = directory_.Path() / "no" / "out"}), "");
   EXPECT_EQ(status_, 2);
 }
 

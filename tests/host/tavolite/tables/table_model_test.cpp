@@ -18,7 +18,6 @@ namespace {
 TableOptions Response(const std::string& response) {
   TableOptions options;
   options.response = response;
-  options.progress = false;
   return options;
 }
 
@@ -41,6 +40,14 @@ std::vector<std::string> Rows(const Model& model) {
     rows.push_back(text.str());
   }
   return rows;
+}
+
+SolveOptions Query(const std::filesystem::path& file, const char* query,
+                   const TableOptions& table) {
+  SolveOptions options{
+      .input = file, .format = InputFormat::kSqlite, .table = table, .quiet = true};
+  options.table.query = query;
+  return options;
 }
 
 TableModel FromText(const std::string& text, const TableOptions& options, char separator = ',',
@@ -230,7 +237,8 @@ TEST(TableModelTest, QueriesGiveTheSameAsText) {
   }
   TableOptions options = Response("y");
   options.labels = {"k"};
-  const TableModel made = ReadTableModel(file, "select k, y, x from t order by k desc;", options);
+  const TableModel made =
+      ReadTableModel(Query(file, "select k, y, x from t order by k desc;", options));
   const std::vector<std::string> expected{"fit(f): y=9.0072e+15 x=-1", "fit(d): y=4 x=1",
                                           "fit(b): y=2 x=3", "fit(a): y=1 x=2.5",
                                           "objective: y=0 rss=-1"};
@@ -260,7 +268,7 @@ TEST(TableModelTest, QueriesGiveTheSameAsText) {
   };
   for (const auto& c : cases) {
     try {
-      ReadTableModel(file, c.query, Response("y"));
+      ReadTableModel(Query(file, c.query, Response("y")));
       ADD_FAILURE() << c.query;
     } catch (const InputError& error) {
       EXPECT_EQ(error.what(), testing_support::Utf8(file) + c.failure) << c.query;

@@ -1,0 +1,202 @@
+#include "tavolite/command/command_line.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <system_error>
+
+#include "base/excerpt.h"
+#include "base/input_error.h"
+#include "base/text_file.h"
+#include "tavolite/command/input_format.h"
+#include "tavolite/command/version.h"
+
+namespace host {
+namespace {
+
+namespace fs = std::filesystem;
+
+// Words are UTF-8 on every system, which CLI11 would not make a path of.
+CLI::Option* AddPath(CLI::App& app, const char* name, fs::path& path, const char* help) {
+  return app.add_option_function<std::string>(
+      name, [&path](const std::string& text) { path = FromUtf8(text); }, help);
+}
+
+// An option that takes one of some words, each of which stands for a value.
+template <class Value, class Target>
+void AddChoice(CLI::App& app, const char* name, Target& target,
+               const std::vector<std::pair<std::string, Value>>& choices, const char* help) {
+  std::vector<std::string> words;
+  for (const auto& [word, value] : choices) words.push_back(word);
+  app.add_option_function<std::string>(
+         name,
+         [&target, choices](const std::string& text) {
+           for (const auto& [word, value] : choices) {
+             if (word == text) target = value;
+           }
+         },
+         help)
+      ->check(CLI::IsMember(words));
+}
+
+char ParseSeparator(const std::string& text) {
+  if (text == "tab" || text == "\\t" || text == "\t") return '\t';
+  constexpr std::string_view kAllowed = ",;|:!#$%&*/<=>?@\\^_`{}~'()[]";
+  if (text.size() != 1 || kAllowed.find(text[0]) == std::string_view::npos) {
+    throw InputError("--separator: \"" + Excerpt(text) +
+                     "\" is not a separator; one like , ; | or the word tab is");
+  }
+  return text[0];
+}
+
+void AddTableOptions(CLI::App& solve, TableOptions& table) {
+  const auto add_list = [&](const char* name, std::vector<std::string>& list, const char* help) {
+    solve.add_option(name, list, help)
+        ->allow_extra_args(false)
+        ->type_name("COLUMN,...")
+        ->group("Tables");
+  };
+  solve.add_option("--response", table.response, "The dependent column")
+      ->type_name("COLUMN")
+      ->group("Tables");
+  add_list("--regressors", table.regressors,
+           "The independent columns (default: all that are nothing else)");
+  add_list("--drop", table.drop, "Columns to leave out");
+  add_list("--label", table.labels, "Columns that name the rows (default: the row's number)");
+  add_list("--factor", table.factors,
+           "Columns of levels: one coefficient for each level but the first");
+  CLI::Option* always = solve
+                            .add_flag_callback(
+                                "--intercept", [&table] { table.intercept = Intercept::kAlways; },
+                                "Add an intercept in any case")
+                            ->group("Tables");
+  CLI::Option* never =
+      solve
+          .add_flag_callback(
+              "--no-intercept", [&table] { table.intercept = Intercept::kNever; }, "Add none")
+          ->group("Tables")
+          ->excludes(always);
+  for (CLI::Option* option : {always, never}) option->excludes(solve.get_option("--options"));
+  solve
+      .add_option_function<std::string>(
+          "--separator",
+          [&table](const std::string& text) { table.separator = ParseSeparator(text); },
+          "What separates fields: one character, or tab (default: by the suffix)")
+      ->group("Tables");
+  solve.add_option("--query", table.query, "The query that gives the table, for SQLite files")
+      ->type_name("SQL")
+      ->group("Tables");
+}
+
+CLI::App* AddSolve(CLI::App& app, SolveOptions& options, std::optional<InputFormat>& format) {
+  CLI::App* solve = app.add_subcommand("solve", "Estimate a regression and return its solution");
+  AddPath(*solve, "MODEL", options.input, "The model's file")->required();
+  AddChoice(*solve, "--format", format, InputFormats(),
+            "Format of the model (default: by its suffix)");
+  AddPath(*solve, "--data", options.data, "Data file of a MathProg model");
+  AddChoice<DataSide>(
+      *solve, "--data-side", options.data_side,
+      {{"left", DataSide::kLeft}, {"right", DataSide::kRight}},
+      "Side of the equality sign on which the data stand (default: left in MathProg "
+      "models, right in MPS and LP models)");
+  solve->add_flag("--split-underscores", options.split_underscores,
+                  "In MPS and LP models, take numbers behind underscores as labels: b_1 is b(1)");
+  AddPath(*solve, "--options", options.option_file, "The solver's option file");
+  AddPath(*solve, "--solver", options.solver, "The solver (default: linfit beside tavolite)");
+  AddPath(*solve, "--listing", options.listing,
+          "Where the listing goes (default: the model's name with .lst, here)");
+  AddPath(*solve, "--work", options.work, "Directory for the scratch files");
+  solve->add_flag("--keep", options.keep, "Keep the scratch files and say where they are");
+  AddPath(*solve, "--timing", options.timing, "Write the seconds of each step to this file");
+  solve->add_flag("--quiet", options.quiet, "Print warnings and errors only");
+  AddTableOptions(*solve, options.table);
+  return solve;
+}
+
+CLI::App* AddShow(CLI::App& app, ShowOptions& options) {
+  CLI::App* show = app.add_subcommand("show", "Print a results file");
+  AddPath(*show, "FILE", options.file, "The results file")->required();
+  show->add_option("SYMBOL", options.symbol, "Print this symbol (default: an overview)");
+  AddChoice<ShowFormat>(
+      *show, "--format", options.format,
+      {{"table", ShowFormat::kTable}, {"csv", ShowFormat::kCsv}, {"json", ShowFormat::kJson}},
+      "Format of the output (default: table)");
+  show->add_option("--limit", options.limit, "Print the first N records only")
+      ->check(CLI::NonNegativeNumber)
+      ->type_name("N");
+  AddPath(*show, "--output", options.output, "Write to this file")->type_name("FILE");
+  return show;
+}
+
+void CheckInputFile(const fs::path& file) {
+  std::error_code none;
+  if (!fs::exists(file, none)) throw InputError(Utf8(file) + ": there is no such file");
+  if (fs::is_directory(file, none)) throw InputError(Utf8(file) + ": is a directory");
+}
+
+InputFormat ChooseFormat(const SolveOptions& options, std::optional<InputFormat> stated) {
+  if (stated) return *stated;
+  if (const std::optional<InputFormat> format = InputFormatOf(options.input)) return *format;
+  if (!options.table.query.empty()) return InputFormat::kSqlite;
+  throw InputError(Utf8(options.input) + ": the suffix does not tell the format (known are " +
+                   KnownSuffixes() + "): give it with --format");
+}
+
+void CheckForTable(const SolveOptions& options) {
+  if (!options.data.empty() || options.data_side || options.split_underscores) {
+    throw InputError("--data, --data-side and --split-underscores are not for tables");
+  }
+  const bool is_database = options.format == InputFormat::kSqlite;
+  if (is_database && options.table.query.empty()) {
+    throw InputError(Utf8(options.input) + ": an SQLite file needs --query");
+  }
+  if (!is_database && !options.table.query.empty()) {
+    throw InputError("--query is for SQLite files only");
+  }
+}
+
+void CheckForModel(const SolveOptions& options) {
+  const TableOptions& table = options.table;
+  if (!table.response.empty() || !table.regressors.empty() || !table.drop.empty() ||
+      !table.labels.empty() || !table.factors.empty() || !table.query.empty() || table.separator ||
+      table.intercept != Intercept::kAutomatic) {
+    throw InputError(Utf8(options.input) + ": this is a model; the options for tables don't apply");
+  }
+  const bool is_mathprog = options.format == InputFormat::kMathProg;
+  if (!options.data.empty() && !is_mathprog) throw InputError("--data is for MathProg models only");
+  if (options.split_underscores && is_mathprog) {
+    throw InputError("--split-underscores is for MPS and LP models only");
+  }
+}
+
+}  // namespace
+
+std::variant<int, SolveOptions, ShowOptions> ParseCommandLine(std::vector<std::string> words,
+                                                              std::ostream& out,
+                                                              std::ostream& err) {
+  CLI::App app("Linear least-squares regression from model files and tables", "tavolite");
+  app.allow_windows_style_options(false);  // "/data/a.mod" is a path
+  app.set_version_flag("--version", kCommandVersion);
+  app.require_subcommand(1);
+  SolveOptions solve_options;
+  std::optional<InputFormat> format;
+  AddSolve(app, solve_options, format);
+  ShowOptions show_options;
+  const CLI::App* show = AddShow(app, show_options);
+  try {
+    std::reverse(words.begin(), words.end());  // as the parser wants them
+    app.parse(std::move(words));
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error, out, err) == 0 ? 0 : kUsageError;
+  }
+  if (show->parsed()) return show_options;
+  // That a file is not there says more than its suffix would.
+  CheckInputFile(solve_options.input);
+  for (const fs::path& file : {solve_options.data, solve_options.option_file}) {
+    if (!file.empty()) CheckInputFile(file);
+  }
+  solve_options.format = ChooseFormat(solve_options, format);
+  (IsTable(solve_options.format) ? CheckForTable : CheckForModel)(solve_options);
+  return solve_options;
+}
+
+}  // namespace host

@@ -1,0 +1,72 @@
+#include "tavolite/command/input_format.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <string_view>
+
+#include "base/text_file.h"
+
+namespace host {
+namespace {
+
+struct Format {
+  std::string_view name;
+  std::string_view suffixes;  // each with its point, joined by blanks
+  InputFormat format;
+};
+
+constexpr std::array kFormats{
+    Format{"mod", ".mod", InputFormat::kMathProg},
+    Format{"mps", ".mps", InputFormat::kMps},
+    Format{"free-mps", ".fmps", InputFormat::kFreeMps},
+    Format{"fixed-mps", "", InputFormat::kFixedMps},
+    Format{"lp", ".lp", InputFormat::kLp},
+    Format{"csv", ".csv", InputFormat::kCsv},
+    Format{"tsv", ".tsv .tab", InputFormat::kTsv},
+    Format{"sqlite", ".db .sqlite .sqlite3", InputFormat::kSqlite},
+};
+
+std::string LowerCase(std::string text) {
+  std::transform(text.begin(), text.end(), text.begin(),
+                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  return text;
+}
+
+bool HasWord(std::string_view words, const std::string& word) {
+  return !word.empty() &&
+         (" " + std::string(words) + " ").find(" " + word + " ") != std::string::npos;
+}
+
+}  // namespace
+
+std::vector<std::pair<std::string, InputFormat>> InputFormats() {
+  std::vector<std::pair<std::string, InputFormat>> formats;
+  for (const Format& entry : kFormats) formats.emplace_back(entry.name, entry.format);
+  return formats;
+}
+
+std::optional<InputFormat> InputFormatOf(const std::filesystem::path& file) {
+  const std::string suffix = LowerCase(Utf8(file.extension()));
+  for (const Format& entry : kFormats) {
+    if (HasWord(entry.suffixes, suffix)) return entry.format;
+  }
+  return std::nullopt;
+}
+
+std::string KnownSuffixes() {
+  std::string suffixes;
+  for (const Format& entry : kFormats) {
+    if (entry.suffixes.empty()) continue;
+    suffixes += suffixes.empty() ? "" : " ";
+    suffixes += entry.suffixes;
+  }
+  return suffixes;
+}
+
+bool IsTable(InputFormat format) {
+  return format == InputFormat::kCsv || format == InputFormat::kTsv ||
+         format == InputFormat::kSqlite;
+}
+
+}  // namespace host
