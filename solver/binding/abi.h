@@ -17,8 +17,7 @@
 //   19    char&                      char*              one character
 //   52    LabelNumbers&              int*               room for 20
 //   53    const ValueRecord&         const double*      5 values
-//   55    IndexTuple                 const char*        short strings, one after another, 256 bytes
-//   each
+//   55    IndexTuple                 const char*        short strings of 256 bytes each, in a row
 //
 // Results: void (0), Handle (1), int (3), ShortResult (12), double (13), bool (15). A function with
 // a ShortResult returns nothing in C and takes the 256-byte buffer as one more, last argument.

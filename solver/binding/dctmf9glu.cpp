@@ -1,12 +1,9 @@
 #include "binding/dctmf9glu.h"
 
 namespace linfit {
-
 namespace {
 
-constexpr int kInterfaceVersion = 2;
-
-constexpr LibraryNames kNames{
+constexpr LibraryInterface kInterface{
     .base_name = "kervdclib",
     .glue_source = "dctmf9glu",
     .create_entry = "dctXCreate",
@@ -16,10 +13,11 @@ constexpr LibraryNames kNames{
     .version_entry = "CdctXAPIVersion",
     .set_load_path_entry = nullptr,
     .get_load_path_entry = nullptr,
+    .version = 2,
 };
 
 }  // namespace
 
-Dct::Dct() : Library(kNames, kInterfaceVersion) {}
+Dct::Dct() : Library(kInterface) {}
 
 }  // namespace linfit

@@ -9,6 +9,13 @@
 
 namespace linfit {
 
+// The library's functions in the order in which they are checked, each with its C++ type.
+#define LINFIT_DCT_FUNCTIONS(entry)                                                      \
+  entry(dctSymName, int(int symbol, TextOut name));                                      \
+  entry(dctUelLabel, int(int label, char& quote, TextOut text));                         \
+  entry(dctColUels, int(int column, int& symbol, LabelNumbers& labels, int& dimension)); \
+  entry(dctRowUels, int(int row, int& symbol, LabelNumbers& labels, int& dimension))
+
 struct Dct : Library {
   Dct();
 
@@ -17,10 +24,7 @@ struct Dct : Library {
     return GetReady(directory, message);
   }
 
-  LINFIT_ENTRY(dctSymName, int(int symbol, TextOut name));
-  LINFIT_ENTRY(dctUelLabel, int(int label, char& quote, TextOut text));
-  LINFIT_ENTRY(dctColUels, int(int column, int& symbol, LabelNumbers& labels, int& dimension));
-  LINFIT_ENTRY(dctRowUels, int(int row, int& symbol, LabelNumbers& labels, int& dimension));
+  LINFIT_DCT_FUNCTIONS(LINFIT_ENTRY);
 };
 
 }  // namespace linfit

@@ -8,10 +8,11 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
-#include <cstdint>
 #include <cstring>
 #include <span>
 #include <string_view>
+
+#include "text/trimmed.h"
 
 namespace linfit {
 
@@ -20,18 +21,6 @@ inline constexpr std::size_t kShortStringLength = 255;
 inline constexpr std::size_t kLongTextBuffer = 512;
 inline constexpr std::size_t kLongTextLength = 511;
 
-// `text` without its trailing blanks.
-inline std::string_view Trimmed(std::string_view text) {
-  std::size_t length = text.size();
-  // Records are mostly blanks, and millions of them are written: eight at a time.
-  constexpr std::uint64_t kBlanks = 0x2020202020202020;
-  for (std::uint64_t word = 0; length >= sizeof word; length -= sizeof word) {
-    std::memcpy(&word, text.data() + length - sizeof word, sizeof word);
-    if (word != kBlanks) break;
-  }
-  while (length > 0 && text[length - 1] == ' ') --length;
-  return text.substr(0, length);
-}
 template <std::size_t n>
 std::string_view Trimmed(const std::array<char, n>& text) {
   return Trimmed(std::string_view(text.data(), n));

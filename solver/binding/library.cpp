@@ -4,7 +4,6 @@
 #include <cstdlib>
 
 namespace linfit {
-
 namespace {
 
 using CreateEntry = void (*)(Handle*);
@@ -64,8 +63,7 @@ class Library::MessageBuffer {
   std::array<char, kLibraryMessage> own_;
 };
 
-Library::Library(const LibraryNames& names, int interface_version)
-    : names_(names), interface_version_(interface_version) {}
+Library::Library(const LibraryInterface& interface) : interface_(interface) {}
 
 std::unique_lock<std::mutex> Library::Lock(std::mutex& mutex) const {
   return locking_ ? std::unique_lock(mutex) : std::unique_lock(mutex, std::defer_lock);
@@ -74,7 +72,7 @@ std::unique_lock<std::mutex> Library::Lock(std::mutex& mutex) const {
 // Holds in every build, so it isn't assert().
 void Library::Assert(bool condition, const char* text) const {
   if (condition) return;
-  std::fprintf(stderr, "%s: assertion failed: %s\n", names_.glue_source, text);
+  std::fprintf(stderr, "%s: assertion failed: %s\n", interface_.glue_source, text);
   std::fflush(nullptr);
   std::abort();
 }
@@ -105,10 +103,10 @@ bool Library::BindEntries(MessageBuffer& message) {
   const auto require = [&](EntryPoint& entry, const char* name) {
     return name == nullptr || (entry = Require(name, message)) != nullptr;
   };
-  return require(create_, names_.create_entry) &&
-         require(create_with_directory_, names_.create_with_directory_entry) &&
-         require(free_, names_.free_entry) && require(check_, names_.check_entry) &&
-         require(version_, names_.version_entry);
+  return require(create_, interface_.create_entry) &&
+         require(create_with_directory_, interface_.create_with_directory_entry) &&
+         require(free_, interface_.free_entry) && require(check_, interface_.check_entry) &&
+         require(version_, interface_.version_entry);
 }
 
 // A function whose signature the library refuses keeps an empty slot; it is no reason to refuse the
@@ -127,35 +125,34 @@ bool Library::BindFunctions(MessageBuffer& message) {
   return true;
 }
 
-Library::LoadResult Library::Bind(MessageBuffer& message) {
-  if (!BindEntries(message)) return LoadResult::kMissingSymbol;
+bool Library::Bind(MessageBuffer& message) {
+  if (!BindEntries(message)) return false;
   int compatibility = 0;
   const auto version = reinterpret_cast<VersionEntry>(version_);
-  if (version(interface_version_, message.ForLibrary(), &compatibility) == 0) {
+  if (version(interface_.version, message.ForLibrary(), &compatibility) == 0) {
     message.TakeLibraryText();
-    return LoadResult::kRefused;
+    return false;
   }
-  const auto find_optional = [&](const char* name) {
-    return name == nullptr ? nullptr : Find(name);
-  };
-  set_load_path_ = find_optional(names_.set_load_path_entry);
-  get_load_path_ = find_optional(names_.get_load_path_entry);
-  if (!BindFunctions(message)) return LoadResult::kMissingSymbol;
+  if (interface_.set_load_path_entry != nullptr) {
+    set_load_path_ = Find(interface_.set_load_path_entry);
+    get_load_path_ = Find(interface_.get_load_path_entry);
+  }
+  if (!BindFunctions(message)) return false;
   message.TakeLibraryText();
-  return LoadResult::kBound;
+  return true;
 }
 
-Library::LoadResult Library::Load(const std::string& file_name, MessageBuffer& message) {
-  if (loaded_flag_) return LoadResult::kBound;
+bool Library::Load(const std::string& file_name, MessageBuffer& message) {
+  if (loaded_flag_) return true;
   module_ = LoadModule(file_name);
   if (module_ == nullptr) {
     message.Write("Could not load shared library " + file_name + ": " + ModuleFailure());
-    return LoadResult::kRefused;
+    return false;
   }
   message.Clear();
-  const LoadResult result = Bind(message);
-  if (result != LoadResult::kBound) Unload();
-  return result;
+  const bool bound = Bind(message);
+  if (!bound) Unload();
+  return bound;
 }
 
 // Takes every address out of use before it becomes invalid: a later call is then a missing
@@ -178,8 +175,8 @@ bool Library::LoadUnderLock(const std::string& directory, std::span<char> field)
     if (!directory.empty() && !IsDirectorySeparator(directory.back())) {
       file_name += DirectorySeparator();
     }
-    file_name.append(names_.base_name).append("64").append(ModuleSuffix());
-    loaded_flag_ = Load(file_name, message) == LoadResult::kBound;
+    file_name.append(interface_.base_name).append("64").append(ModuleSuffix());
+    loaded_flag_ = Load(file_name, message);
     if (loaded_flag_ && set_load_path_ != nullptr && !directory.empty()) {
       reinterpret_cast<SetLoadPathEntry>(set_load_path_)(directory.c_str());
     }
@@ -194,7 +191,7 @@ bool Library::GetReady(std::string_view directory, std::span<char> message) {
 
 bool Library::Create(Handle& handle, std::span<char> message) {
   if (!LoadUnderLock({}, message)) return false;
-  Assert(create_ != nullptr, names_.create_entry);
+  Assert(create_ != nullptr, interface_.create_entry);
   handle = nullptr;
   reinterpret_cast<CreateEntry>(create_)(&handle);
   if (handle == nullptr) {
@@ -207,7 +204,7 @@ bool Library::Create(Handle& handle, std::span<char> message) {
 }
 
 int Library::Free(Handle& handle) {
-  Assert(free_ != nullptr, names_.free_entry);
+  Assert(free_ != nullptr, interface_.free_entry);
   reinterpret_cast<FreeEntry>(free_)(&handle);
   const auto lock = Lock(object_lock_);
   --object_count_;

@@ -1,13 +1,17 @@
 // One library of the modelling system, loaded at run time: loading with its checks, objects and
 // their count, and what happens when a function is called that the library does not offer.
 //
-// A binding is a struct derived from Library with one Function member per library function:
+// A binding is a struct derived from Library with one Function member per library function. The
+// functions stand in one list per library, from which everything about them follows:
 //
-//   struct Tmo : Library { ... Function<double(int)> tmoGetRhsOne{*this, "tmoGetRhsOne"}; ... };
+//   #define LINFIT_PAL_FUNCTIONS(entry)
+//     entry(palSetAuditLine, void(std::string_view));
+//     entry(palGetAuditLine, ShortResult())
+//   struct Pal : Library { ... LINFIT_PAL_FUNCTIONS(LINFIT_ENTRY); };
 //
-// The members enter themselves into the library's list, so the order of declaration is the order of
-// checking. A binding whose library is still loaded at the end of its life leaves it loaded:
-// objects may live in it, and the process is about to end.
+// The members enter themselves into the library's table of functions, so the order of the list is
+// the order of checking. A binding whose library is still loaded at the end of its life leaves it
+// loaded: objects may live in it, and the process is about to end.
 #pragma once
 
 #include <cstddef>
@@ -22,8 +26,8 @@
 
 namespace linfit {
 
-// The names that make up one library's binding; null: the library has no such entry.
-struct LibraryNames {
+// What makes up one library's binding. A null name: the library has no such entry.
+struct LibraryInterface {
   const char* base_name;    // of the file, without "64" and suffix
   const char* glue_source;  // named by failed assertions
   const char* create_entry;
@@ -31,8 +35,9 @@ struct LibraryNames {
   const char* free_entry;
   const char* check_entry;
   const char* version_entry;
-  const char* set_load_path_entry;
+  const char* set_load_path_entry;  // comes with the one that gets it
   const char* get_load_path_entry;
+  int version;
 };
 
 // Told of each call of a missing function, with the number of such calls so far. A result other
@@ -70,8 +75,9 @@ class Library {
   // Number of calls of missing functions so far.
   [[nodiscard]] int APIErrorCount() const { return api_error_count_; }
 
-  // What a call of a missing function does. At the start: it is echoed on standard output and ends
-  // the process with exit code 123; it fails no assertion, and there is no callback.
+  // What a call of a missing function does. At the start, and in the solver for ever: it is echoed
+  // on standard output and ends the process with exit code 123; it fails no assertion, and there is
+  // no callback.
   void SetScreenIndicator(bool on) { screen_indicator_ = on; }
   void SetExitIndicator(bool on) { exit_indicator_ = on; }
   void SetExceptionIndicator(bool on) { exception_indicator_ = on; }
@@ -83,7 +89,7 @@ class Library {
   void ReportMissing(const char* function);
 
  protected:
-  Library(const LibraryNames& names, int interface_version);
+  explicit Library(const LibraryInterface& interface);
   ~Library() = default;
 
   // Makes an object, loading the library first if need be. False: none was made, and `message` says
@@ -98,11 +104,10 @@ class Library {
  private:
   friend class FunctionBase;
   class MessageBuffer;
-  enum class LoadResult { kBound = 0, kRefused = 1, kMissingSymbol = 2 };
 
   bool LoadUnderLock(const std::string& directory, std::span<char> field);
-  LoadResult Load(const std::string& file_name, MessageBuffer& message);
-  LoadResult Bind(MessageBuffer& message);
+  bool Load(const std::string& file_name, MessageBuffer& message);
+  bool Bind(MessageBuffer& message);
   bool BindEntries(MessageBuffer& message);
   bool BindFunctions(MessageBuffer& message);
   EntryPoint Require(const char* name, MessageBuffer& message);
@@ -111,18 +116,17 @@ class Library {
   void Assert(bool condition, const char* text) const;
   std::unique_lock<std::mutex> Lock(std::mutex& mutex) const;
 
-  LibraryNames names_;
-  int interface_version_;
+  LibraryInterface interface_;
   std::vector<FunctionBase*> functions_;
 
   ModuleHandle module_ = nullptr;
   EntryPoint create_ = nullptr;
-  EntryPoint create_with_directory_ = nullptr;
+  EntryPoint create_with_directory_ = nullptr;  // part of the interface; the solver never calls it
   EntryPoint free_ = nullptr;
   EntryPoint check_ = nullptr;
   EntryPoint version_ = nullptr;
   EntryPoint set_load_path_ = nullptr;
-  EntryPoint get_load_path_ = nullptr;
+  EntryPoint get_load_path_ = nullptr;  // as create_with_directory_
 
   bool loaded_flag_ = false;
   int object_count_ = 0;
@@ -161,7 +165,7 @@ class Function<R(A...)> : public FunctionBase {
 
 }  // namespace linfit
 
-// Declares the member of a binding for one library function: its name once, then its C++ type.
+// Declares the member of a binding for one library function; for the binding's list of functions.
 #define LINFIT_ENTRY(name, ...)          \
   ::linfit::Function<__VA_ARGS__> name { \
     *this, #name                         \

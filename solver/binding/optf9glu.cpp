@@ -1,12 +1,9 @@
 #include "binding/optf9glu.h"
 
 namespace linfit {
-
 namespace {
 
-constexpr int kInterfaceVersion = 4;
-
-constexpr LibraryNames kNames{
+constexpr LibraryInterface kInterface{
     .base_name = "tptdclib",
     .glue_source = "optf9glu",
     .create_entry = "XCreate",
@@ -16,10 +13,11 @@ constexpr LibraryNames kNames{
     .version_entry = "CXAPIVersion",
     .set_load_path_entry = "CoptSetLoadPath",
     .get_load_path_entry = "CoptGetLoadPath",
+    .version = 4,
 };
 
 }  // namespace
 
-Opt::Opt() : Library(kNames, kInterfaceVersion) {}
+Opt::Opt() : Library(kInterface) {}
 
 }  // namespace linfit

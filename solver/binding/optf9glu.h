@@ -8,6 +8,16 @@
 
 namespace linfit {
 
+// The library's functions in the order in which they are checked, each with its C++ type.
+#define LINFIT_OPT_FUNCTIONS(entry)                                 \
+  entry(optReadDefinition, int(std::string_view file_name));        \
+  entry(optEchoSet, void(int flag));                                \
+  entry(optReadParameterFile, int(std::string_view file_name));     \
+  entry(optMessageCount, int());                                    \
+  entry(optGetMessage, void(int number, ShortOut text, int& kind)); \
+  entry(optGetIntStr, int(std::string_view key));                   \
+  entry(optGetStrStr, ShortResult(std::string_view key))
+
 struct Opt : Library {
   Opt();
 
@@ -18,13 +28,7 @@ struct Opt : Library {
     return GetReady(directory, message);
   }
 
-  LINFIT_ENTRY(optReadDefinition, int(std::string_view file_name));
-  LINFIT_ENTRY(optEchoSet, void(int flag));
-  LINFIT_ENTRY(optReadParameterFile, int(std::string_view file_name));
-  LINFIT_ENTRY(optMessageCount, int());
-  LINFIT_ENTRY(optGetMessage, void(int number, ShortOut text, int& kind));
-  LINFIT_ENTRY(optGetIntStr, int(std::string_view key));
-  LINFIT_ENTRY(optGetStrStr, ShortResult(std::string_view key));
+  LINFIT_OPT_FUNCTIONS(LINFIT_ENTRY);
 };
 
 }  // namespace linfit

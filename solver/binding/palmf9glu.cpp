@@ -1,12 +1,9 @@
 #include "binding/palmf9glu.h"
 
 namespace linfit {
-
 namespace {
 
-constexpr int kInterfaceVersion = 1;
-
-constexpr LibraryNames kNames{
+constexpr LibraryInterface kInterface{
     .base_name = "kervdclib",
     .glue_source = "palmf9glu",
     .create_entry = "palXCreate",
@@ -16,10 +13,11 @@ constexpr LibraryNames kNames{
     .version_entry = "CpalXAPIVersion",
     .set_load_path_entry = nullptr,
     .get_load_path_entry = nullptr,
+    .version = 1,
 };
 
 }  // namespace
 
-Pal::Pal() : Library(kNames, kInterfaceVersion) {}
+Pal::Pal() : Library(kInterface) {}
 
 }  // namespace linfit

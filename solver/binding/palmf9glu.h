@@ -8,6 +8,11 @@
 
 namespace linfit {
 
+// The library's functions in the order in which they are checked, each with its C++ type.
+#define LINFIT_PAL_FUNCTIONS(entry)                    \
+  entry(palSetAuditLine, void(std::string_view line)); \
+  entry(palGetAuditLine, ShortResult())
+
 struct Pal : Library {
   Pal();
 
@@ -18,8 +23,7 @@ struct Pal : Library {
     return GetReady(directory, message);
   }
 
-  LINFIT_ENTRY(palSetAuditLine, void(std::string_view line));
-  LINFIT_ENTRY(palGetAuditLine, ShortResult());
+  LINFIT_PAL_FUNCTIONS(LINFIT_ENTRY);
 };
 
 }  // namespace linfit

@@ -1,12 +1,9 @@
 #include "binding/tdxf9glu.h"
 
 namespace linfit {
-
 namespace {
 
-constexpr int kInterfaceVersion = 7;
-
-constexpr LibraryNames kNames{
+constexpr LibraryInterface kInterface{
     .base_name = "tdxdclib",
     .glue_source = "tdxf9glu",
     .create_entry = "XCreate",
@@ -16,10 +13,11 @@ constexpr LibraryNames kNames{
     .version_entry = "CXAPIVersion",
     .set_load_path_entry = "CtdxSetLoadPath",
     .get_load_path_entry = "CtdxGetLoadPath",
+    .version = 7,
 };
 
 }  // namespace
 
-Tdx::Tdx() : Library(kNames, kInterfaceVersion) {}
+Tdx::Tdx() : TdxFunctions(kInterface) {}
 
 }  // namespace linfit

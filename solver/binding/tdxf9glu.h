@@ -8,25 +8,27 @@
 
 namespace linfit {
 
-// Writes one record of the symbol being written. The library says how many labels its index tuple
-// has; a scalar has none.
-class DataWriteStrFunction : public Function<int(IndexTuple, const ValueRecord&)> {
- public:
-  DataWriteStrFunction(Library& library, const char* name, const Function<int()>& current_dimension)
-      : Function(library, name), current_dimension_(current_dimension) {}
+// The library's functions in the order in which they are checked, each with its C++ type.
+#define LINFIT_TDX_FUNCTIONS(entry)                                                              \
+  entry(tdxGetDLLVersion, int(ShortOut version));                                                \
+  entry(tdxOpenWrite,                                                                            \
+        int(std::string_view file_name, std::string_view producer, int& error_number));          \
+  entry(tdxDataWriteStrStart, int(std::string_view symbol, std::string_view text, int dimension, \
+                                  int type, int user_info));                                     \
+  entry(tdxDataWriteStr, int(IndexTuple, const ValueRecord&));                                   \
+  entry(tdxDataWriteDone, int());                                                                \
+  entry(tdxClose, int());                                                                        \
+  entry(tdxGetLastError, int());                                                                 \
+  entry(tdxErrorStr, int(int error_number, ShortOut text));                                      \
+  entry(tdxErrorCount, int());                                                                   \
+  entry(tdxCurrentDim, int())
 
-  int operator()(Handle object, const KeyTuple& keys, const ValueRecord& values) const {
-    return Function::operator()(object, IndexTuple{keys, current_dimension_(object), trim_keys},
-                                values);
-  }
-
-  bool trim_keys = true;  // trailing blanks of labels do not count
-
- private:
-  const Function<int()>& current_dimension_;
+struct TdxFunctions : Library {
+  using Library::Library;
+  LINFIT_TDX_FUNCTIONS(LINFIT_ENTRY);
 };
 
-struct Tdx : Library {
+struct Tdx : TdxFunctions {
   Tdx();
 
   bool tdxCreate(Handle& handle, std::span<char> message) { return Create(handle, message); }
@@ -36,18 +38,14 @@ struct Tdx : Library {
     return GetReady(directory, message);
   }
 
-  LINFIT_ENTRY(tdxGetDLLVersion, int(ShortOut version));
-  LINFIT_ENTRY(tdxOpenWrite,
-               int(std::string_view file_name, std::string_view producer, int& error_number));
-  LINFIT_ENTRY(tdxDataWriteStrStart, int(std::string_view symbol, std::string_view text,
-                                         int dimension, int type, int user_info));
-  DataWriteStrFunction tdxDataWriteStr{*this, "tdxDataWriteStr", tdxCurrentDim};
-  LINFIT_ENTRY(tdxDataWriteDone, int());
-  LINFIT_ENTRY(tdxClose, int());
-  LINFIT_ENTRY(tdxGetLastError, int());
-  LINFIT_ENTRY(tdxErrorStr, int(int error_number, ShortOut text));
-  LINFIT_ENTRY(tdxErrorCount, int());
-  LINFIT_ENTRY(tdxCurrentDim, int());
+  // Writes one record of the symbol being written. The library says how many labels its index tuple
+  // has; a scalar has none.
+  int tdxDataWriteStr(Handle object, const KeyTuple& keys, const ValueRecord& values) const {
+    const IndexTuple tuple{keys, tdxCurrentDim(object), trim_keys};
+    return TdxFunctions::tdxDataWriteStr(object, tuple, values);
+  }
+
+  bool trim_keys = true;  // trailing blanks of labels do not count
 };
 
 }  // namespace linfit

@@ -1,12 +1,9 @@
 #include "binding/tevmf9glu.h"
 
 namespace linfit {
-
 namespace {
 
-constexpr int kInterfaceVersion = 6;
-
-constexpr LibraryNames kNames{
+constexpr LibraryInterface kInterface{
     .base_name = "kervdclib",
     .glue_source = "tevmf9glu",
     .create_entry = "tevXCreate",
@@ -16,10 +13,11 @@ constexpr LibraryNames kNames{
     .version_entry = "CtevXAPIVersion",
     .set_load_path_entry = nullptr,
     .get_load_path_entry = nullptr,
+    .version = 6,
 };
 
 }  // namespace
 
-Tev::Tev() : Library(kNames, kInterfaceVersion) {}
+Tev::Tev() : Library(kInterface) {}
 
 }  // namespace linfit

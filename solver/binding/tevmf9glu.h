@@ -8,6 +8,20 @@
 
 namespace linfit {
 
+// The library's functions in the order in which they are checked, each with its C++ type.
+#define LINFIT_TEV_FUNCTIONS(entry)                                    \
+  entry(tevInitEnvironmentLegacy, int(std::string_view control_file)); \
+  entry(tevLog, void(std::string_view line));                          \
+  entry(tevLogStat, void(std::string_view line));                      \
+  entry(tevStat, void(std::string_view line));                         \
+  entry(tevStatC, void(std::string_view line));                        \
+  entry(tevStatAudit, void(std::string_view audit_line));              \
+  entry(tevStatCon, void());                                           \
+  entry(tevStatCoff, void());                                          \
+  entry(tevStatPChar, void(LongText text));                            \
+  entry(tevGetStrOpt, ShortResult(std::string_view option));           \
+  entry(tevTimeDiff, double())
+
 struct Tev : Library {
   Tev();
 
@@ -18,17 +32,7 @@ struct Tev : Library {
     return GetReady(directory, message);
   }
 
-  LINFIT_ENTRY(tevInitEnvironmentLegacy, int(std::string_view control_file));
-  LINFIT_ENTRY(tevLog, void(std::string_view line));
-  LINFIT_ENTRY(tevLogStat, void(std::string_view line));
-  LINFIT_ENTRY(tevStat, void(std::string_view line));
-  LINFIT_ENTRY(tevStatC, void(std::string_view line));
-  LINFIT_ENTRY(tevStatAudit, void(std::string_view audit_line));
-  LINFIT_ENTRY(tevStatCon, void());
-  LINFIT_ENTRY(tevStatCoff, void());
-  LINFIT_ENTRY(tevStatPChar, void(LongText text));
-  LINFIT_ENTRY(tevGetStrOpt, ShortResult(std::string_view option));
-  LINFIT_ENTRY(tevTimeDiff, double());
+  LINFIT_TEV_FUNCTIONS(LINFIT_ENTRY);
 };
 
 }  // namespace linfit

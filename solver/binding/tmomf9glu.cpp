@@ -1,12 +1,9 @@
 #include "binding/tmomf9glu.h"
 
 namespace linfit {
-
 namespace {
 
-constexpr int kInterfaceVersion = 16;
-
-constexpr LibraryNames kNames{
+constexpr LibraryInterface kInterface{
     .base_name = "kervdclib",
     .glue_source = "tmomf9glu",
     .create_entry = "tmoXCreate",
@@ -16,10 +13,11 @@ constexpr LibraryNames kNames{
     .version_entry = "CtmoXAPIVersion",
     .set_load_path_entry = nullptr,
     .get_load_path_entry = nullptr,
+    .version = 16,
 };
 
 }  // namespace
 
-Tmo::Tmo() : Library(kNames, kInterfaceVersion) {}
+Tmo::Tmo() : Library(kInterface) {}
 
 }  // namespace linfit

@@ -8,6 +8,39 @@
 
 namespace linfit {
 
+// The library's functions in the order in which they are checked, each with its C++ type.
+#define LINFIT_TMO_FUNCTIONS(entry)                                                             \
+  entry(tmoRegisterEnvironment, int(Handle environment, ShortOut message));                     \
+  entry(tmoLoadDataLegacy, int(ShortOut message));                                              \
+  entry(tmoOptFile, int());                                                                     \
+  entry(tmoNameOptFile, ShortResult());                                                         \
+  entry(tmoDict, Handle());                                                                     \
+  entry(tmoDictionary, int());                                                                  \
+  entry(tmoIndexBaseSet, void(int base));                                                       \
+  entry(tmoObjStyleSet, void(int style));                                                       \
+  entry(tmoPinfSet, void(double value));                                                        \
+  entry(tmoMinfSet, void(double value));                                                        \
+  entry(tmoM, int());                                                                           \
+  entry(tmoN, int());                                                                           \
+  entry(tmoObjVar, int());                                                                      \
+  entry(tmoObjRow, int());                                                                      \
+  entry(tmoGetColStat,                                                                          \
+        int(int column, int& entries, int& positive, int& negative, int& nonlinear));           \
+  entry(tmoGetColJacInfoOne,                                                                    \
+        void(int column, Handle& cursor, double& value, int& row, int& nonlinear));             \
+  entry(tmoGetRhsOne, double(int row));                                                         \
+  entry(tmoGetEquTypeOne, int(int row));                                                        \
+  entry(tmoGetVarLowerOne, double(int column));                                                 \
+  entry(tmoGetVarUpperOne, double(int column));                                                 \
+  entry(tmoSetHeadnTail, void(int field, double value));                                        \
+  entry(tmoSetSolutionVarRec,                                                                   \
+        int(int column, double level, double marginal, int basis_status, int solution_status)); \
+  entry(tmoSetSolutionEquRec,                                                                   \
+        int(int row, double level, double marginal, int basis_status, int solution_status));    \
+  entry(tmoModelStatSet, void(int status));                                                     \
+  entry(tmoSolveStatSet, void(int status));                                                     \
+  entry(tmoUnloadSolutionLegacy, int())
+
 struct Tmo : Library {
   Tmo();
 
@@ -18,36 +51,7 @@ struct Tmo : Library {
     return GetReady(directory, message);
   }
 
-  LINFIT_ENTRY(tmoRegisterEnvironment, int(Handle environment, ShortOut message));
-  LINFIT_ENTRY(tmoLoadDataLegacy, int(ShortOut message));
-  LINFIT_ENTRY(tmoOptFile, int());
-  LINFIT_ENTRY(tmoNameOptFile, ShortResult());
-  LINFIT_ENTRY(tmoDict, Handle());
-  LINFIT_ENTRY(tmoDictionary, int());
-  LINFIT_ENTRY(tmoIndexBaseSet, void(int base));
-  LINFIT_ENTRY(tmoObjStyleSet, void(int style));
-  LINFIT_ENTRY(tmoPinfSet, void(double value));
-  LINFIT_ENTRY(tmoMinfSet, void(double value));
-  LINFIT_ENTRY(tmoM, int());
-  LINFIT_ENTRY(tmoN, int());
-  LINFIT_ENTRY(tmoObjVar, int());
-  LINFIT_ENTRY(tmoObjRow, int());
-  LINFIT_ENTRY(tmoGetColStat,
-               int(int column, int& entries, int& positive, int& negative, int& nonlinear));
-  LINFIT_ENTRY(tmoGetColJacInfoOne,
-               void(int column, Handle& cursor, double& value, int& row, int& nonlinear));
-  LINFIT_ENTRY(tmoGetRhsOne, double(int row));
-  LINFIT_ENTRY(tmoGetEquTypeOne, int(int row));
-  LINFIT_ENTRY(tmoGetVarLowerOne, double(int column));
-  LINFIT_ENTRY(tmoGetVarUpperOne, double(int column));
-  LINFIT_ENTRY(tmoSetHeadnTail, void(int field, double value));
-  LINFIT_ENTRY(tmoSetSolutionVarRec, int(int column, double level, double marginal,
-                                         int basis_status, int solution_status));
-  LINFIT_ENTRY(tmoSetSolutionEquRec,
-               int(int row, double level, double marginal, int basis_status, int solution_status));
-  LINFIT_ENTRY(tmoModelStatSet, void(int status));
-  LINFIT_ENTRY(tmoSolveStatSet, void(int status));
-  LINFIT_ENTRY(tmoUnloadSolutionLegacy, int());
+  LINFIT_TMO_FUNCTIONS(LINFIT_ENTRY);
 };
 
 }  // namespace linfit

@@ -2,14 +2,14 @@
 
 #include <string>
 
-#include "estimation/real_field.h"
+#include "text/real_text.h"
 
 namespace linfit {
 namespace {
 
 constexpr std::size_t kValuesPerLine = 5;
 
-// One call per value: a line of 25 values would be too long for the library.
+// One call per value, so that no piece is longer than a library takes, however many there are.
 void WriteValue(SolverRun& run, double value, bool ends_line) {
   const std::string field = RealField(value, 15, 7);
   if (ends_line) {

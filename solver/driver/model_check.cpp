@@ -14,10 +14,6 @@ namespace {
 constexpr int kEqualityType = 0;
 constexpr int kAutomatic = 2;
 
-std::size_t Count(std::int32_t count) {
-  return static_cast<std::size_t>(std::max(count, 0));
-}
-
 void CheckSize(SolverRun& run) {
   RegressionData& data = run.data;
   data.n = run.row_count - 1;
@@ -27,11 +23,11 @@ void CheckSize(SolverRun& run) {
 }
 
 void Allocate(RegressionData& data) {
-  data.DesignMatrix.assign(Count(data.n) * Count(data.p), 0.0);
-  data.ResponseVector.assign(Count(data.n), 0.0);
-  data.CoefficientNames.records.reserve(Count(data.p));
-  data.ObservationNames.records.reserve(Count(data.n));
-  data.ObservationNames.labels.reserve(Count(data.n));
+  data.DesignMatrix.assign(ArraySize(data.n) * ArraySize(data.p), 0.0);
+  data.ResponseVector.assign(ArraySize(data.n), 0.0);
+  data.CoefficientNames.records.reserve(ArraySize(data.p));
+  data.ObservationNames.records.reserve(ArraySize(data.n));
+  data.ObservationNames.labels.reserve(ArraySize(data.n));
 }
 
 // The model holds y - A b = 0 with y moved to the right-hand side: both signs are turned back.
@@ -75,8 +71,8 @@ void ReadEntries(SolverRun& run, int column, double* target) {
 
 void ReadColumns(SolverRun& run) {
   RegressionData& data = run.data;
-  const std::size_t n = Count(data.n);
-  const std::size_t variables = Count(run.column_count - 1);
+  const std::size_t n = ArraySize(data.n);
+  const std::size_t variables = ArraySize(run.column_count - 1);
   std::size_t c = 0;
   for (int column = 1; column <= run.column_count; ++column) {
     if (column == run.objective_variable) {
@@ -97,8 +93,8 @@ void ReadColumns(SolverRun& run) {
 }
 
 bool HoldsConstantColumn(const RegressionData& data) {
-  const std::size_t n = Count(data.n);
-  for (std::size_t c = 0; c + 1 < Count(data.p); ++c) {
+  const std::size_t n = ArraySize(data.n);
+  for (std::size_t c = 0; c + 1 < ArraySize(data.p); ++c) {
     const double* const column = data.DesignMatrix.data() + c * n;
     if (std::all_of(column, column + n, [](double a) { return std::abs(a - 1.0) <= 1e-10; })) {
       return true;
@@ -111,19 +107,19 @@ bool HoldsConstantColumn(const RegressionData& data) {
 
 void FindOrAddIntercept(RegressionData& data) {
   data.has_intercept = HoldsConstantColumn(data);
-  const std::size_t n = Count(data.n);
+  const std::size_t n = ArraySize(data.n);
   if (data.AddConstantTerm == kAutomatic) {
     if (data.has_intercept) {
       --data.p;
-      data.DesignMatrix.resize(n * Count(data.p));
+      data.DesignMatrix.resize(n * ArraySize(data.p));
     } else {
       data.AddConstantTerm = 1;
     }
   }
   if (data.p < 1) return;
   if (data.AddConstantTerm == 1) {
-    std::fill_n(data.DesignMatrix.begin() + static_cast<std::ptrdiff_t>(n * Count(data.p - 1)), n,
-                1.0);
+    std::fill_n(data.DesignMatrix.begin() + static_cast<std::ptrdiff_t>(n * ArraySize(data.p - 1)),
+                n, 1.0);
     AppendIntercept(data.CoefficientNames);
     data.has_intercept = true;
   } else if (data.AddConstantTerm > kAutomatic) {
@@ -137,7 +133,7 @@ void CheckAndExtract(SolverRun& run) {
   ReadRows(run);
   ReadColumns(run);
   FindOrAddIntercept(run.data);
-  run.result.estimate.assign(Count(run.data.p), 0.0);
+  run.result.estimate.assign(ArraySize(run.data.p), 0.0);
   if (run.options.debug_level > 0) WriteDebugDump(run);
 }
 

@@ -22,7 +22,8 @@ void ReadUserFile(SolverRun& run, Handle option) {
   opt.optEchoSet(option, 1);
   const ShortResult name = run.tmo.tmoNameOptFile(run.model);
   run.last_return_code = opt.optReadParameterFile(option, Trimmed(name));
-  // What a faulty file did set doesn't count: the run would be neither the user's nor the default.
+  // A faulty file counts for nothing: a run on the half of it that was read would be neither what
+  // the user asked for nor the default.
   if (run.last_return_code != 0) return;
   run.data.AddConstantTerm = opt.optGetIntStr(option, "ADD_CONSTANT_TERM");
   const ShortResult file_name = opt.optGetStrStr(option, "TDX_FILE_NAME");

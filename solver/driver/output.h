@@ -1,6 +1,6 @@
 // What the run writes after start-up, and how it stops.
 //
-// Texts go to the status file, to the log, or to both; each is one line. Everything here needs the
+// Texts go to the status file, to the log, or to both; each is one line. All but Stop need the
 // environment object.
 #pragma once
 
@@ -22,7 +22,7 @@ void WriteStatAndLog(SolverRun& run, std::string_view text);
 // solution shows in the model and solve status, which stay unset.
 [[noreturn]] void FatalStop(SolverRun& run, std::string_view text);
 
-// The last part of a fatal stop, for a text that was written elsewhere.
+// The end of a fatal stop, for a step that has written its text itself.
 [[noreturn]] void FreeAndStop(SolverRun& run);
 
 // Ends the process with exit status 0; standard output is flushed first.

@@ -1,8 +1,10 @@
 // Start-up: from the command-line argument to a loaded model with its dictionary.
 //
-// The functions are the steps of the run, in the order in which they are called. Each one that
-// fails writes its text and ends the process with exit status 0. Before the model is loaded nothing
-// is freed then, and the texts go to standard output.
+// The functions are the steps of the run, in the order in which they are called. A step that fails
+// writes its text and ends the process with exit status 0. Up to LoadModel the text goes to
+// standard output, and nothing is freed; after it a failure is a FatalStop. TakeDictionary has
+// both: without the dictionary's library the text goes to standard output, and the objects are
+// freed.
 #pragma once
 
 #include <string_view>

@@ -11,7 +11,6 @@
 #include "resultsfile/results_content.h"
 
 namespace linfit {
-
 namespace {
 
 constexpr std::string_view kProducer = "linfit";
@@ -88,9 +87,8 @@ void WriteVersionAndName(SolverRun& run, std::string_view file_name) {
 
 void AnalyseKeys(SolverRun& run) {
   AnalyseCoefficientKeys(run.data.CoefficientNames, run.coefficient_shape);
-  const std::string_view failure =
-      AnalyseObservationKeys(run.data.ObservationNames, run.observation_shape);
-  if (!failure.empty()) FatalStop(run, failure);
+  const Failure failure = AnalyseObservationKeys(run.data.ObservationNames, run.observation_shape);
+  if (failure) FatalStop(run, *failure);
 }
 
 }  // namespace
@@ -111,8 +109,7 @@ void WriteResultsFile(SolverRun& run) {
   const ResultsContent content{{run.data.CoefficientNames, run.coefficient_shape},
                                {run.data.ObservationNames, run.observation_shape},
                                run.result};
-  const std::string_view failure = PutAllSymbols(writer, content);
-  if (!failure.empty()) FatalStop(run, failure);
+  if (const Failure failure = PutAllSymbols(writer, content)) FatalStop(run, *failure);
 
   run.last_return_code = run.tdx.tdxClose(run.results_file);
   if (run.last_return_code != 0) FatalStop(run, "Error closing TDX file");

@@ -2,12 +2,14 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <string>
+#include <string_view>
 #include <vector>
 
-#include "estimation/real_field.h"
+#include "text/real_text.h"
+#include "text/trimmed.h"
 
 // LAPACK. Character arguments have a hidden length, after all others.
 extern "C" {
@@ -31,10 +33,9 @@ double dlamch_(const char* cmach, std::size_t cmach_length);
 // visible where LAPACK is a shared library.
 [[gnu::visibility("default")]] void xerbla_(const char* routine, const int* argument,
                                             std::size_t routine_length) {
-  std::string name(routine, routine_length);
-  name.erase(name.find_last_not_of(' ') + 1);
-  std::printf(" ** On entry to %-6s parameter number %2d had an illegal value\n", name.c_str(),
-              *argument);
+  const std::string_view name = linfit::Trimmed({routine, routine_length});
+  std::printf(" ** On entry to %-6.*s parameter number %2d had an illegal value\n",
+              static_cast<int>(name.size()), name.data(), *argument);
   std::fflush(stdout);
   std::exit(EXIT_SUCCESS);
 }
@@ -42,10 +43,6 @@ double dlamch_(const char* cmach, std::size_t cmach_length);
 
 namespace linfit {
 namespace {
-
-std::size_t Count(std::int32_t count) {
-  return static_cast<std::size_t>(std::max(count, 0));
-}
 
 // Halves go away from zero.
 int RoundedToInteger(double value) {
@@ -91,7 +88,7 @@ Failure SolveLeastSquares(const RegressionData& data, RegressionResult& result,
   dgels_("N", &n, &p, &one, a.data(), &n, b.data(), &n, &best_size, &query, &info, 1);
   diagnostic(" DGELS(LAPACK): workspace:" + FreeReal(best_size));
   const int size = RoundedToInteger(best_size);
-  std::vector<double> workspace(Count(size));
+  std::vector<double> workspace(ArraySize(size));
 
   if (Failure failure = CheckScaling(a, n, p)) return failure;
   dgels_("N", &n, &p, &one, a.data(), &n, b.data(), &n, workspace.data(), &size, &info, 1);
@@ -102,7 +99,7 @@ Failure SolveLeastSquares(const RegressionData& data, RegressionResult& result,
 
   dpotri_("U", &p, a.data(), &n, &info, 1);
   diagnostic(" DPOTRI(LAPACK) : info: " + std::to_string(info));
-  result.unscaled_covariance = SymmetricFromUpper(a, Count(n), Count(p));
+  result.unscaled_covariance = SymmetricFromUpper(a, ArraySize(n), ArraySize(p));
   return {};
 }
 

@@ -4,20 +4,11 @@
 // the R that DGELS leaves. A'A itself is never formed.
 #pragma once
 
-#include <functional>
-#include <optional>
-#include <string>
-#include <string_view>
-
+#include "regression/outcome.h"
 #include "regression/regression_data.h"
 #include "regression/regression_result.h"
 
 namespace linfit {
-
-// Receives a diagnostic line, in the order in which things happen.
-using LineSink = std::function<void(std::string_view)>;
-// The text of a condition that ends the run; empty when there is none.
-using Failure = std::optional<std::string>;
 
 // Fills `estimate` (p) and `unscaled_covariance` (p x p, column-major, symmetric) of `result`.
 // `data` stays as it is; the one work copy of the design matrix is gone on return.

@@ -1,7 +1,9 @@
 #include "estimation/report.h"
 
-#include "estimation/real_field.h"
 #include "estimation/statistics.h"
+#include "text/columns.h"
+#include "text/real_text.h"
+#include "text/trimmed.h"
 
 namespace linfit {
 namespace {
@@ -9,45 +11,26 @@ namespace {
 constexpr std::size_t kNameColumns = 17;
 constexpr std::size_t kNumberColumns = 13;
 
-// `text` right-justified in `columns` columns, or its first ones. A character of several bytes
-// (UTF-8) takes one column.
-std::string TextField(std::string_view text, std::size_t columns) {
-  const auto starts_character = [&](std::size_t i) { return (text[i] & 0xC0) != 0x80; };
-  std::size_t used = 0;
-  std::size_t bytes = 0;
-  while (bytes < text.size() && (used < columns || !starts_character(bytes))) {
-    if (starts_character(bytes)) ++used;
-    ++bytes;
-  }
-  std::string field(columns - used, ' ');
-  return field.append(text.substr(0, bytes));
-}
-
-std::string Number(double value) {
+std::string ReportNumber(double value) {
   return RealField(value, kNumberColumns, 5);
 }
 
-std::string WithoutTrailingBlanks(std::string text) {
-  text.erase(text.find_last_not_of(' ') + 1);
-  return text;
-}
-
 std::string Heading() {
-  std::string line = TextField("Parameter", kNameColumns);
+  std::string line = RightJustified("Parameter", kNameColumns);
   for (const char* text : {"Estimate", "Std. Error", "t value", "Pr(>|t|)"}) {
-    line.append(" ").append(TextField(text, kNumberColumns));
+    line.append(" ").append(RightJustified(text, kNumberColumns));
   }
   return line;
 }
 
 std::string CoefficientLine(const RegressionData& data, const RegressionResult& result,
                             std::size_t j) {
-  std::string line = TextField(DisplayName(data.CoefficientNames, j), kNameColumns);
+  std::string line = RightJustified(DisplayName(data.CoefficientNames, j), kNameColumns);
   for (const double value : {result.estimate[j], result.se[j], result.tval[j], result.pval[j]}) {
-    line.append(" ").append(Number(value));
+    line.append(" ").append(ReportNumber(value));
   }
   line.append(" ").append(SignificanceCode(result.pval[j]));
-  return WithoutTrailingBlanks(line);
+  return std::string(Trimmed(line));
 }
 
 }  // namespace
@@ -71,18 +54,18 @@ std::vector<std::string> ReportLines(const RegressionData& data, const Regressio
   lines.emplace_back();
   lines.emplace_back("Estimation statistics:");
   lines.push_back("Cases: " + std::to_string(data.n) + "  Parameters: " + std::to_string(data.p) +
-                  "  Residual sum of squares: " + Number(result.rss));
-  lines.push_back("Residual standard error: " + Number(result.sigma) + "   on  " +
+                  "  Residual sum of squares: " + ReportNumber(result.rss));
+  lines.push_back("Residual standard error: " + ReportNumber(result.sigma) + "   on  " +
                   std::to_string(result.df) + " degrees of freedom");
-  lines.push_back("Multiple R-squared: " + Number(result.r2) +
-                  "  Adjusted R-squared: " + Number(result.adjusted_r2));
+  lines.push_back("Multiple R-squared: " + ReportNumber(result.r2) +
+                  "  Adjusted R-squared: " + ReportNumber(result.adjusted_r2));
   return lines;
 }
 
 std::string FTestLine(const RegressionData& data, const RegressionResult& result, double p_value) {
-  return "F statistic: " + Number(result.f_statistic) + " on " +
+  return "F statistic: " + ReportNumber(result.f_statistic) + " on " +
          std::to_string(NumeratorDegrees(data)) + " and " + std::to_string(result.df) +
-         " DF, p-value: " + Number(p_value);
+         " DF, p-value: " + ReportNumber(p_value);
 }
 
 }  // namespace linfit

@@ -1,7 +1,7 @@
 // The classical statistics of a least-squares fit.
 #pragma once
 
-#include "estimation/least_squares.h"
+#include "regression/outcome.h"
 #include "regression/regression_data.h"
 #include "regression/regression_result.h"
 

@@ -11,7 +11,7 @@ namespace {
 
 // I_x(a, b) in single precision. The complement of x is formed after the rounding of x, not from
 // what x was made of.
-Probability BetaRatio(double a, double b, double x) {
+Probability FromBratio(double a, double b, double x) {
   const auto single_x = static_cast<float>(x);
   const float y = 1.0f - single_x;
   float w = 0.0f;
@@ -22,13 +22,13 @@ Probability BetaRatio(double a, double b, double x) {
   return probability;
 }
 
-Probability GammaRatio(double x, double p) {
+Probability FromGammad(double x, double p) {
   Probability probability{0.0, ProbabilitySource::kGammad, 0};
   probability.value = GAMMAD(x, p, probability.indicator);
   return probability;
 }
 
-Probability Complement(Probability probability) {
+Probability OneMinus(Probability probability) {
   probability.value = 1.0 - probability.value;
   return probability;
 }
@@ -36,7 +36,7 @@ Probability Complement(Probability probability) {
 }  // namespace
 
 Probability StudentTwoSidedTail(double t, double df) {
-  return BetaRatio(df * 0.5, 0.5, df / (t * t + df));
+  return FromBratio(df * 0.5, 0.5, df / (t * t + df));
 }
 
 Probability StudentOneSidedTail(double t, double df) {
@@ -46,11 +46,11 @@ Probability StudentOneSidedTail(double t, double df) {
 }
 
 Probability ChiSquareCdf(double x, double k) {
-  return GammaRatio(x * 0.5, k * 0.5);
+  return FromGammad(x * 0.5, k * 0.5);
 }
 
 Probability GammaRatioOfQuotient(double u, double v, double p) {
-  return GammaRatio(u / v, p);
+  return FromGammad(u / v, p);
 }
 
 Probability FCdf(double f, double d1, double d2) {
@@ -58,12 +58,12 @@ Probability FCdf(double f, double d1, double d2) {
     return {std::numeric_limits<double>::max(), ProbabilitySource::kNone, 0};
   }
   if (d2 > kLargestBetaDegrees) {
-    return GammaRatio(f * d1 * 0.5, d1 * 0.5);  // d1 F is chi-square with d1 degrees
+    return FromGammad(f * d1 * 0.5, d1 * 0.5);  // d1 F is chi-square with d1 degrees
   }
   if (d1 > kLargestBetaDegrees) {
-    return Complement(GammaRatio((d2 / f) * 0.5, d2 * 0.5));  // d2 / F with d2 degrees
+    return OneMinus(FromGammad((d2 / f) * 0.5, d2 * 0.5));  // d2 / F with d2 degrees
   }
-  return Complement(BetaRatio(d2 / 2.0, d1 / 2.0, d2 / (f * d1 + d2)));
+  return OneMinus(FromBratio(d2 / 2.0, d1 / 2.0, d2 / (f * d1 + d2)));
 }
 
 std::string DiagnosticLine(const Probability& probability) {

@@ -4,6 +4,8 @@
 // indicator never changes the value and never stops anything: the caller writes the line that
 // DiagnosticLine makes of it to the status file and uses the value as it is. Undefined arguments
 // (0/0 in t or F) give an undefined value with indicator 0.
+//
+// The program needs StudentTwoSidedTail and FCdf; the other three complete the set.
 #pragma once
 
 #include <string>

@@ -3,6 +3,8 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "text/trimmed.h"
+
 namespace linfit {
 
 namespace {
@@ -32,10 +34,6 @@ std::string InSixColumns(std::string_view code) {
   std::string field(code.substr(0, kErrorCodeLength));
   field.resize(kErrorCodeLength, ' ');
   return field;
-}
-
-std::string_view WithoutTrailingBlanks(std::string_view text) {
-  return text.substr(0, text.find_last_not_of(' ') + 1);
 }
 
 // Takes one occurrence from a limit; false when there is none left.
@@ -83,7 +81,7 @@ ErrorReport CountError(ErrorMonitor& monitor, std::string_view routine, std::str
   if (print) {
     report.lines.append(kMargin).append(code.substr(0, 4)).append(" ").append(routine);
     report.lines.append(" ERROR ").append(code).append(": ");
-    report.lines.append(WithoutTrailingBlanks(text)).append("\n");
+    report.lines.append(Trimmed(text)).append("\n");
   }
   if (report.terminate) {
     report.lines.append(kEnd);

@@ -25,7 +25,7 @@ double NormalApproximation(double x, double p) {
 
 // Pearson's series, for x <= 1 or x < p.
 double Series(double x, double p) {
-  const double exponent = (p * std::log(x) - x) - LogGamma(p + 1.0);
+  const double exponent = (p * std::log(x) - x) - DoubleLogGamma(p + 1.0);
   double c = 1.0;
   double sum = 1.0;
   double a = p;
@@ -40,7 +40,7 @@ double Series(double x, double p) {
 
 // The continued fraction of the complement.
 double Fraction(double x, double p) {
-  const double exponent = (p * std::log(x) - x) - LogGamma(p);
+  const double exponent = (p * std::log(x) - x) - DoubleLogGamma(p);
   double a = 1.0 - p;
   double b = (a + x) + 1.0;
   double c = 0.0;

@@ -1,11 +1,12 @@
 #include "numerics/gausin.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <string>
 
 #include "numerics/polynomial.h"
+#include "text/columns.h"
+#include "text/real_text.h"
 
 namespace linfit {
 
@@ -79,21 +80,12 @@ double NormalCdf(double x) {
 // Right-justified in 15 columns: one digit before the point, five after it, and an exponent whose
 // letter gives way to a third digit.
 std::string ExponentField(double value) {
-  constexpr std::size_t kWidth = 15;
-  char buffer[32];
-  std::string field = std::isinf(value) ? (value < 0.0 ? "-Infinity" : "Infinity") : "";
-  if (field.empty()) {
-    const auto end =
-        std::to_chars(buffer, buffer + sizeof(buffer), value, std::chars_format::scientific, 5);
-    field.assign(buffer, end.ptr);
-    const std::size_t letter = field.find('e');
-    if (field.size() - letter > 4) {
-      field.erase(letter, 1);
-    } else {
-      field[letter] = 'E';
-    }
+  std::string text = ExponentForm(value, 5);
+  const std::size_t letter = text.find('E');
+  if (letter != std::string::npos && text.size() - letter > std::string_view("E+00").size()) {
+    text.erase(letter, 1);
   }
-  return std::string(kWidth - field.size(), ' ') + field;
+  return RightJustified(text, 15);
 }
 
 }  // namespace

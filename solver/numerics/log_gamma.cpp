@@ -32,7 +32,7 @@ constexpr double kRemainderIsZero = 5.1e6;
 
 }  // namespace
 
-double LogGamma(double x) {
+double DoubleLogGamma(double x) {
   if (x < 1.5) {
     double value = 0.0;
     double y = x;

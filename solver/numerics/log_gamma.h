@@ -8,6 +8,6 @@
 namespace linfit {
 
 // log Gamma(x), 0 < x < 1e305.
-[[nodiscard]] double LogGamma(double x);
+[[nodiscard]] double DoubleLogGamma(double x);
 
 }  // namespace linfit

@@ -18,7 +18,8 @@ double STUDIN(double p, int df, int& ifault);
 std::string_view StudinFailureText(int ifault);
 
 // -STUDIN(p, df): the t that is exceeded with probability p. On an error `stop` is called with the
-// message. It has to end the run (or to throw); the process is aborted should it return.
+// message. It has to end the run (or to throw); the process is aborted should it return. The
+// program itself takes its quantiles from STUDIN.
 double UpperStudentQuantile(double p, int df,
                             const std::function<void(std::string_view message)>& stop);
 

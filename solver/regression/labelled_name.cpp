@@ -4,12 +4,13 @@
 #include <limits>
 #include <stdexcept>
 
+#include "text/trimmed.h"
+
 namespace linfit {
 namespace {
 
 std::string_view Fit(std::string_view text, std::size_t width) {
-  text = text.substr(0, width);
-  return text.substr(0, text.find_last_not_of(' ') + 1);
+  return Trimmed(text.substr(0, width));
 }
 
 // Places in a table are 32-bit numbers, which halves the records. A table beyond that is treated as

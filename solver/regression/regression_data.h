@@ -1,6 +1,8 @@
 // The regression problem taken from the model.
 #pragma once
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -18,8 +20,13 @@ struct RegressionData {
   NameTable CoefficientNames;          // p records
   NameTable ObservationNames;          // n records
   bool has_intercept = false;          // DesignMatrix holds a column of ones, found or added
-  std::int32_t AddConstantTerm =
-      2;  // option value; the automatic value 2 becomes 1 when an intercept is added
+  // The option's value; the automatic value 2 becomes 1 when an intercept is added.
+  std::int32_t AddConstantTerm = 2;
 };
+
+// The size of an array with `count` elements; a negative count is that of an empty one.
+inline std::size_t ArraySize(std::int32_t count) {
+  return static_cast<std::size_t>(std::max(count, 0));
+}
 
 }  // namespace linfit

@@ -106,7 +106,7 @@ void AnalyseCoefficientKeys(NameTable& names, KeyShape& shape) {
   }
 }
 
-std::string_view AnalyseObservationKeys(NameTable& names, KeyShape& shape) {
+Failure AnalyseObservationKeys(NameTable& names, KeyShape& shape) {
   bool structured = true;
   for (const LabelledName& record : names.records) {
     if (record.dimension == kAddedInterceptDimension) {

@@ -4,9 +4,9 @@
 
 #include <cstdint>
 #include <string>
-#include <string_view>
 
 #include "regression/labelled_name.h"
+#include "regression/outcome.h"
 
 namespace linfit {
 
@@ -33,7 +33,7 @@ struct KeyShape {
 void AnalyseCoefficientKeys(NameTable& names, KeyShape& shape);
 
 // The same for the observations: structured keys need one symbol with labels, and the flat keys
-// are "r" and the number. Returns the text of a failure that ends the run, or an empty text.
-[[nodiscard]] std::string_view AnalyseObservationKeys(NameTable& names, KeyShape& shape);
+// are "r" and the number. Fails when a dimension is -1, which no row has.
+[[nodiscard]] Failure AnalyseObservationKeys(NameTable& names, KeyShape& shape);
 
 }  // namespace linfit

@@ -9,21 +9,23 @@
 //
 // Kc is the number of keys of a coefficient and Ko that of an observation (`KeyShape`):
 //
-//   symbol                         keys of a record                        order of the records
-//   r2 rss df sigma resvar         none                                    one record
-//   estimate se tval pval          coefficient (Kc)                        j
-//   resid fitted                   observation (Ko)                        i
-//   covar                          coefficient i, coefficient j (2 Kc)     i, then j
-//   confint                        level, coefficient, bound (Kc + 2)      j, then level, then LO
-//   UP
+//   symbol                   keys of a record                      order of the records
+//   r2 rss df sigma resvar   none                                  one record
+//   estimate se tval pval    coefficient (Kc)                      j
+//   resid fitted             observation (Ko)                      i
+//   covar                    coefficient i, coefficient j (2 Kc)   i, then j
+//   confint                  level, coefficient, bound (Kc + 2)    j, then level, LO before UP
 #pragma once
 
 #include <array>
 #include <cstddef>
 #include <span>
+#include <string>
 #include <string_view>
 
 #include "numerics/confidence.h"
+#include "numerics/studin.h"
+#include "regression/outcome.h"
 #include "regression/regression_data.h"
 #include "regression/regression_result.h"
 #include "resultsfile/key_shape.h"
@@ -67,9 +69,6 @@ struct ResultsContent {
   const RegressionResult& result;
 };
 
-// The text of an error indicator of the quantile that ends the run; empty for every other one.
-[[nodiscard]] std::string_view QuantileFailure(int ifault);
-
 template <class Writer>
 void PutScalar(Writer& writer, std::string_view name, std::string_view text, double value) {
   const SymbolHead symbol{name, text, 0};
@@ -109,18 +108,18 @@ void PutMatrix(Writer& writer, std::string_view name, std::string_view text,
   writer.Done(symbol);
 }
 
-// Ends in the middle of the symbol when there is no quantile; the text then says why.
+// Ends in the middle of the symbol when there is no quantile.
 template <class Writer>
-[[nodiscard]] std::string_view PutConfidenceIntervals(Writer& writer, const Elements& coefficients,
-                                                      const RegressionResult& result) {
+[[nodiscard]] Failure PutConfidenceIntervals(Writer& writer, const Elements& coefficients,
+                                             const RegressionResult& result) {
   const SymbolHead symbol{"confint", "confidence intervals", coefficients.shape.key_dimension + 2};
   writer.Start(symbol);
   for (std::size_t j = 0; j < coefficients.Count(); ++j) {
     for (const ConfidenceLevel& level : kConfidenceLevels) {
       int ifault = 0;
       const double t = ConfidenceQuantile(level.level, result.df, ifault);
-      if (const std::string_view failure = QuantileFailure(ifault); !failure.empty()) {
-        return failure;
+      if (const std::string_view text = StudinFailureText(ifault); !text.empty()) {
+        return std::string(text);
       }
       KeyList keys;
       keys.Add(level.label);
@@ -135,9 +134,9 @@ template <class Writer>
   return {};
 }
 
-// Puts all symbols. Returns the text of a failure that ends the run, or an empty text.
+// Puts all symbols, up to the first failure.
 template <class Writer>
-[[nodiscard]] std::string_view PutAllSymbols(Writer& writer, const ResultsContent& content) {
+[[nodiscard]] Failure PutAllSymbols(Writer& writer, const ResultsContent& content) {
   const RegressionResult& result = content.result;
   const Elements& coefficients = content.coefficients;
   const Elements& observations = content.observations;

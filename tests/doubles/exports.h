@@ -21,6 +21,6 @@
     return doubles::Version("C" #check_prefix "XAPIVersion", version, message, compatible);      \
   }
 
-#define DOUBLES_SAME_TYPE(Library, function) \
-  static_assert(                             \
-      std::is_same_v<decltype(&function), decltype(linfit::Library::function)::abi::c_function>)
+// For the solver's lists of functions.
+#define DOUBLES_SAME_TYPE(name, ...) \
+  static_assert(std::is_same_v<decltype(&::name), linfit::Abi<__VA_ARGS__>::c_function>)

@@ -219,46 +219,9 @@ DOUBLES_EXPORT int dctRowUels(void* h, int row, int* symbol, int* labels, int* d
   return call.Int(0);
 }
 
-DOUBLES_SAME_TYPE(Pal, palSetAuditLine);
-DOUBLES_SAME_TYPE(Pal, palGetAuditLine);
-DOUBLES_SAME_TYPE(Tev, tevInitEnvironmentLegacy);
-DOUBLES_SAME_TYPE(Tev, tevLog);
-DOUBLES_SAME_TYPE(Tev, tevLogStat);
-DOUBLES_SAME_TYPE(Tev, tevStat);
-DOUBLES_SAME_TYPE(Tev, tevStatC);
-DOUBLES_SAME_TYPE(Tev, tevStatAudit);
-DOUBLES_SAME_TYPE(Tev, tevStatCon);
-DOUBLES_SAME_TYPE(Tev, tevStatCoff);
-DOUBLES_SAME_TYPE(Tev, tevStatPChar);
-DOUBLES_SAME_TYPE(Tev, tevGetStrOpt);
-DOUBLES_SAME_TYPE(Tev, tevTimeDiff);
-DOUBLES_SAME_TYPE(Tmo, tmoRegisterEnvironment);
-DOUBLES_SAME_TYPE(Tmo, tmoLoadDataLegacy);
-DOUBLES_SAME_TYPE(Tmo, tmoOptFile);
-DOUBLES_SAME_TYPE(Tmo, tmoNameOptFile);
-DOUBLES_SAME_TYPE(Tmo, tmoDict);
-DOUBLES_SAME_TYPE(Tmo, tmoDictionary);
-DOUBLES_SAME_TYPE(Tmo, tmoIndexBaseSet);
-DOUBLES_SAME_TYPE(Tmo, tmoObjStyleSet);
-DOUBLES_SAME_TYPE(Tmo, tmoPinfSet);
-DOUBLES_SAME_TYPE(Tmo, tmoMinfSet);
-DOUBLES_SAME_TYPE(Tmo, tmoM);
-DOUBLES_SAME_TYPE(Tmo, tmoN);
-DOUBLES_SAME_TYPE(Tmo, tmoObjVar);
-DOUBLES_SAME_TYPE(Tmo, tmoObjRow);
-DOUBLES_SAME_TYPE(Tmo, tmoGetColStat);
-DOUBLES_SAME_TYPE(Tmo, tmoGetColJacInfoOne);
-DOUBLES_SAME_TYPE(Tmo, tmoGetRhsOne);
-DOUBLES_SAME_TYPE(Tmo, tmoGetEquTypeOne);
-DOUBLES_SAME_TYPE(Tmo, tmoGetVarLowerOne);
-DOUBLES_SAME_TYPE(Tmo, tmoGetVarUpperOne);
-DOUBLES_SAME_TYPE(Tmo, tmoSetHeadnTail);
-DOUBLES_SAME_TYPE(Tmo, tmoSetSolutionVarRec);
-DOUBLES_SAME_TYPE(Tmo, tmoSetSolutionEquRec);
-DOUBLES_SAME_TYPE(Tmo, tmoModelStatSet);
-DOUBLES_SAME_TYPE(Tmo, tmoSolveStatSet);
-DOUBLES_SAME_TYPE(Tmo, tmoUnloadSolutionLegacy);
-DOUBLES_SAME_TYPE(Dct, dctSymName);
-DOUBLES_SAME_TYPE(Dct, dctUelLabel);
-DOUBLES_SAME_TYPE(Dct, dctColUels);
-DOUBLES_SAME_TYPE(Dct, dctRowUels);
+namespace linfit {
+LINFIT_PAL_FUNCTIONS(DOUBLES_SAME_TYPE);
+LINFIT_TEV_FUNCTIONS(DOUBLES_SAME_TYPE);
+LINFIT_TMO_FUNCTIONS(DOUBLES_SAME_TYPE);
+LINFIT_DCT_FUNCTIONS(DOUBLES_SAME_TYPE);
+}  // namespace linfit

@@ -67,13 +67,6 @@ DOUBLES_EXPORT int tdxCurrentDim(void* h) {
   return current_dimension;
 }
 
-DOUBLES_SAME_TYPE(Tdx, tdxGetDLLVersion);
-DOUBLES_SAME_TYPE(Tdx, tdxOpenWrite);
-DOUBLES_SAME_TYPE(Tdx, tdxDataWriteStrStart);
-DOUBLES_SAME_TYPE(Tdx, tdxDataWriteStr);
-DOUBLES_SAME_TYPE(Tdx, tdxDataWriteDone);
-DOUBLES_SAME_TYPE(Tdx, tdxClose);
-DOUBLES_SAME_TYPE(Tdx, tdxGetLastError);
-DOUBLES_SAME_TYPE(Tdx, tdxErrorStr);
-DOUBLES_SAME_TYPE(Tdx, tdxErrorCount);
-DOUBLES_SAME_TYPE(Tdx, tdxCurrentDim);
+namespace linfit {
+LINFIT_TDX_FUNCTIONS(DOUBLES_SAME_TYPE);
+}  // namespace linfit

@@ -49,10 +49,6 @@ DOUBLES_EXPORT void optGetStrStr(void* h, const char* key, char* value) {
   Call(options, h, "optGetStrStr", FromShort(key)).Give(value, "linfit.tdx");
 }
 
-DOUBLES_SAME_TYPE(Opt, optReadDefinition);
-DOUBLES_SAME_TYPE(Opt, optEchoSet);
-DOUBLES_SAME_TYPE(Opt, optReadParameterFile);
-DOUBLES_SAME_TYPE(Opt, optMessageCount);
-DOUBLES_SAME_TYPE(Opt, optGetMessage);
-DOUBLES_SAME_TYPE(Opt, optGetIntStr);
-DOUBLES_SAME_TYPE(Opt, optGetStrStr);
+namespace linfit {
+LINFIT_OPT_FUNCTIONS(DOUBLES_SAME_TYPE);
+}  // namespace linfit

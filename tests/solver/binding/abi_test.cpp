@@ -1,89 +1,12 @@
-// The signature of every function against the interface page, and the conversions of arguments.
+// The conversions of arguments on their way to the library and back.
 #include "binding/abi.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
 
-#include "binding/dctmf9glu.h"
-#include "binding/optf9glu.h"
-#include "binding/palmf9glu.h"
-#include "binding/tdxf9glu.h"
-#include "binding/tevmf9glu.h"
-#include "binding/tmomf9glu.h"
-
 namespace linfit {
 namespace {
-
-template <class... Codes>
-constexpr bool Is(std::span<const int> codes, Codes... expected) {
-  const std::array<int, sizeof...(Codes)> list{expected...};
-  return std::equal(codes.begin(), codes.end(), list.begin(), list.end());
-}
-
-#define CODES(Library, function, ...) \
-  static_assert(Is(decltype(Library::function)::abi::codes, __VA_ARGS__))
-
-CODES(Pal, palSetAuditLine, 0, 11);
-CODES(Pal, palGetAuditLine, 12);
-CODES(Tev, tevInitEnvironmentLegacy, 3, 11);
-CODES(Tev, tevLog, 0, 11);
-CODES(Tev, tevLogStat, 0, 11);
-CODES(Tev, tevStat, 0, 11);
-CODES(Tev, tevStatC, 0, 11);
-CODES(Tev, tevStatAudit, 0, 11);
-CODES(Tev, tevStatCon, 0);
-CODES(Tev, tevStatCoff, 0);
-CODES(Tev, tevStatPChar, 0, 9);
-CODES(Tev, tevGetStrOpt, 12, 11);
-CODES(Tev, tevTimeDiff, 13);
-CODES(Tmo, tmoRegisterEnvironment, 3, 1, 12);
-CODES(Tmo, tmoLoadDataLegacy, 3, 12);
-CODES(Tmo, tmoOptFile, 3);
-CODES(Tmo, tmoNameOptFile, 12);
-CODES(Tmo, tmoDict, 1);
-CODES(Tmo, tmoDictionary, 3);
-CODES(Tmo, tmoIndexBaseSet, 0, 3);
-CODES(Tmo, tmoObjStyleSet, 0, 3);
-CODES(Tmo, tmoPinfSet, 0, 13);
-CODES(Tmo, tmoMinfSet, 0, 13);
-CODES(Tmo, tmoM, 3);
-CODES(Tmo, tmoN, 3);
-CODES(Tmo, tmoObjVar, 3);
-CODES(Tmo, tmoObjRow, 3);
-CODES(Tmo, tmoGetColStat, 3, 3, 4, 4, 4, 4);
-CODES(Tmo, tmoGetColJacInfoOne, 0, 3, 2, 14, 4, 4);
-CODES(Tmo, tmoGetRhsOne, 13, 3);
-CODES(Tmo, tmoGetEquTypeOne, 3, 3);
-CODES(Tmo, tmoGetVarLowerOne, 13, 3);
-CODES(Tmo, tmoGetVarUpperOne, 13, 3);
-CODES(Tmo, tmoSetHeadnTail, 0, 3, 13);
-CODES(Tmo, tmoSetSolutionVarRec, 3, 3, 13, 13, 3, 3);
-CODES(Tmo, tmoSetSolutionEquRec, 3, 3, 13, 13, 3, 3);
-CODES(Tmo, tmoModelStatSet, 0, 3);
-CODES(Tmo, tmoSolveStatSet, 0, 3);
-CODES(Tmo, tmoUnloadSolutionLegacy, 3);
-CODES(Dct, dctSymName, 3, 3, 17);
-CODES(Dct, dctUelLabel, 3, 3, 19, 17);
-CODES(Dct, dctColUels, 3, 3, 4, 52, 4);
-CODES(Dct, dctRowUels, 3, 3, 4, 52, 4);
-CODES(Opt, optReadDefinition, 3, 11);
-CODES(Opt, optEchoSet, 0, 3);
-CODES(Opt, optReadParameterFile, 3, 11);
-CODES(Opt, optMessageCount, 3);
-CODES(Opt, optGetMessage, 0, 3, 12, 4);
-CODES(Opt, optGetIntStr, 3, 11);
-CODES(Opt, optGetStrStr, 12, 11);
-CODES(Tdx, tdxGetDLLVersion, 3, 12);
-CODES(Tdx, tdxOpenWrite, 3, 11, 11, 4);
-CODES(Tdx, tdxDataWriteStrStart, 3, 11, 11, 3, 3, 3);
-CODES(Tdx, tdxDataWriteStr, 3, 55, 53);
-CODES(Tdx, tdxDataWriteDone, 3);
-CODES(Tdx, tdxClose, 3);
-CODES(Tdx, tdxGetLastError, 3);
-CODES(Tdx, tdxErrorStr, 3, 3, 12);
-CODES(Tdx, tdxErrorCount, 3);
-CODES(Tdx, tdxCurrentDim, 3);
 
 // What the last call received, seen from the library's side.
 std::string received;

@@ -16,35 +16,41 @@ std::string Option(const std::string& key, int value) {
   return "tmoOptFile = 1\noptGetIntStr(\"" + key + "\") = " + std::to_string(value) + "\n";
 }
 
-// The default model: five observations, one coefficient, the intercept added.
-TEST(ModelCheck, RefusalsInTheirOrder) {
-  const std::string inequality = "tmoGetEquTypeOne(6) = 1\n";
-  const std::string two_entries = "entry 3 1 0.5\n";
-  const std::string bounded = "tmoGetVarLowerOne(2) = 0\n";
-  const struct {
-    std::string script;
-    const char* text;
-  } rows[] = {
-      {Option("MAXN", 4) + Option("MAXP", 1) + inequality, "maxn limit exceeded"},
-      {Option("MAXP", 1) + inequality, "maxp limit exceeded"},
-      {Option("MAXN", -1), "maxn limit exceeded"},
-      {inequality + two_entries + bounded, "Only equality constraints are allowed"},
-      {two_entries + bounded, "Objective variable must occur only in free objective row"},
-      {"model 4 2\nentry 2 2 1\n", "Objective variable must occur only in free objective row"},
-      {bounded, "Only free variables are allowed."},
-      {"tmoGetVarUpperOne(2) = 1e300\n", "Only free variables are allowed."},
-      {"tmoGetVarLowerOne(2) = -1e300\ntmoGetVarUpperOne(2) = 1e300\n",
-       "Only free variables are allowed."},
-      {"tmoGetVarLowerOne(2) = -3e300\n", "Only free variables are allowed."},
-      {"tmoM = 2000000000\ntmoN = 2000000000\n" + Option("MAXN", 2000000000) +
-           Option("MAXP", 2000000000),
-       "Could not allocate memory"},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.script);
-    ExpectFatalStop(RunSolver(row.script), row.text);
-  }
+const std::string kInequality = "tmoGetEquTypeOne(6) = 1\n";
+const std::string kTwoEntries = "entry 3 1 0.5\n";
+const std::string kBounded = "tmoGetVarLowerOne(2) = 0\n";
+
+struct Refusal {
+  std::string script;
+  const char* text;
+};
+std::ostream& operator<<(std::ostream& out, const Refusal& refusal) {
+  return out << refusal.script;
 }
+
+// The default model: five observations, one coefficient, the intercept added.
+class Refused : public testing::TestWithParam<Refusal> {};
+TEST_P(Refused, ByTheFirstRuleThatIsBroken) {
+  ExpectFatalStop(RunSolver(GetParam().script), GetParam().text);
+}
+INSTANTIATE_TEST_SUITE_P(
+    Scripts, Refused,
+    testing::Values(
+        Refusal{Option("MAXN", 4) + Option("MAXP", 1) + kInequality, "maxn limit exceeded"},
+        Refusal{Option("MAXP", 1) + kInequality, "maxp limit exceeded"},
+        Refusal{Option("MAXN", -1), "maxn limit exceeded"},
+        Refusal{kInequality + kTwoEntries + kBounded, "Only equality constraints are allowed"},
+        Refusal{kTwoEntries + kBounded, "Objective variable must occur only in free objective row"},
+        Refusal{"model 4 2\nentry 2 2 1\n",
+                "Objective variable must occur only in free objective row"},
+        Refusal{kBounded, "Only free variables are allowed."},
+        Refusal{"tmoGetVarUpperOne(2) = 1e300\n", "Only free variables are allowed."},
+        Refusal{"tmoGetVarLowerOne(2) = -1e300\ntmoGetVarUpperOne(2) = 1e300\n",
+                "Only free variables are allowed."},
+        Refusal{"tmoGetVarLowerOne(2) = -3e300\n", "Only free variables are allowed."},
+        Refusal{"tmoM = 2000000000\ntmoN = 2000000000\n" + Option("MAXN", 2000000000) +
+                    Option("MAXP", 2000000000),
+                "Could not allocate memory"}));
 
 TEST(ModelCheck, LimitsThemselvesPass) {
   ExpectSolution(RunSolver(Option("MAXN", 5) + Option("MAXP", 2)));

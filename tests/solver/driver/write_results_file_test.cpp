@@ -78,31 +78,36 @@ TEST(WriteResultsFile, VersionFailuresStopNothing) {
   }
 }
 
-TEST(WriteResultsFile, FailuresAreFatal) {
-  struct Case {
-    const char* script;
-    const char* text;
-    std::size_t symbols;  // started until then
-    bool closed;
-  };
-  const Case cases[] = {
-      {"XCreate = null\n", "Could not initialize TDX:Error while creating object", 0, false},
-      {"tdxOpenWrite = 0\n", "Could not open for write:linfit.tdx", 0, false},
-      {"tdxErrorCount(\"estimate\") = 1\ntdxGetLastError = 7\ntdxErrorStr(7) = 1 \"disk full\"\n",
-       "TDX error(estimate):disk full", 6, false},
-      {"tdxErrorCount(\"confint\") = 2\ntdxErrorStr = 1 \"odd\"\n", "TDX error(confint):odd", 13,
-       false},
-      {"tdxClose = 1\n", "Error closing TDX file", 13, true},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.script);
-    // The option library's create entry has the same name; it isn't used here.
-    const ScriptedRun run = RunSolver(std::string(kModel) + c.script);
-    ExpectFatalStop(run, c.text);
-    EXPECT_EQ(SymbolsStarted(run).size(), c.symbols);
-    EXPECT_EQ(!LinesOf(run, {"tdxClose"}).empty(), c.closed);
-  }
+struct FileFailure {
+  const char* script;
+  const char* text;
+  std::size_t symbols;  // started until then
+  bool closed;
+};
+std::ostream& operator<<(std::ostream& out, const FileFailure& failure) {
+  return out << failure.script;
 }
+
+// The option library's create entry has the same name; it isn't used here.
+class FailingFile : public testing::TestWithParam<FileFailure> {};
+TEST_P(FailingFile, IsFatal) {
+  const ScriptedRun run = RunSolver(std::string(kModel) + GetParam().script);
+  ExpectFatalStop(run, GetParam().text);
+  EXPECT_EQ(SymbolsStarted(run).size(), GetParam().symbols);
+  EXPECT_EQ(!LinesOf(run, {"tdxClose"}).empty(), GetParam().closed);
+}
+INSTANTIATE_TEST_SUITE_P(
+    Scripts, FailingFile,
+    testing::Values(FileFailure{"XCreate = null\n",
+                                "Could not initialize TDX:Error while creating object", 0, false},
+                    FileFailure{"tdxOpenWrite = 0\n", "Could not open for write:linfit.tdx", 0,
+                                false},
+                    FileFailure{"tdxErrorCount(\"estimate\") = 1\ntdxGetLastError = "
+                                "7\ntdxErrorStr(7) = 1 \"disk full\"\n",
+                                "TDX error(estimate):disk full", 6, false},
+                    FileFailure{"tdxErrorCount(\"confint\") = 2\ntdxErrorStr = 1 \"odd\"\n",
+                                "TDX error(confint):odd", 13, false},
+                    FileFailure{"tdxClose = 1\n", "Error closing TDX file", 13, true}));
 
 }  // namespace
 }  // namespace linfit

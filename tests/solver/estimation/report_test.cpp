@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <limits>
+#include <utility>
 
 #include "tests/solver/estimation/problem.h"
 
@@ -47,39 +48,17 @@ TEST(Report, WholeText) {
             "F statistic:     330.28530 on 2 and 1234 DF, p-value: -1.79769E+308");
 }
 
-// Not bytes: the columns stay in line, and no character is cut in two.
-TEST(Report, NamesAreMeasuredInCharacters) {
-  RegressionResult result;
-  result.estimate = result.se = result.tval = result.pval = {1.0};
-  const struct {
-    const char* name;
-    const char* field;
-  } rows[] = {
-      {"H\xC3\xB6he", "             H\xC3\xB6he "},
-      {"123456789012345\xC3\xA4\xC3\xB6\xC3\xBC", "123456789012345\xC3\xA4\xC3\xB6 "},
-  };
-  for (const auto& row : rows) {
-    RegressionData data = Problem({{1, 2}}, {1, 2});
-    AppendName(data.CoefficientNames, 1, row.name, nullptr, 0);
-    const std::string line = ReportLines(data, result)[1];
-    EXPECT_EQ(line.substr(0, line.find("      1.00000")), row.field);
-  }
+class Significance : public testing::TestWithParam<std::pair<double, const char*>> {};
+TEST_P(Significance, ThresholdsAreStrict) {
+  EXPECT_EQ(SignificanceCode(GetParam().first), GetParam().second);
 }
-
-TEST(Report, SignificanceThresholdsAreStrict) {
-  const struct {
-    double value;
-    const char* code;
-  } rows[] = {
-      {0.0, "***"},        {std::nextafter(0.001, 0.0), "***"},
-      {0.001, "**"},       {std::nextafter(0.01, 0.0), "**"},
-      {0.01, "*"},         {std::nextafter(0.05, 0.0), "*"},
-      {0.05, "."},         {0.1, "."},
-      {0.1000000014, "."}, {0.10000000149011612, " "},
-      {1.0, " "},          {std::nan(""), " "},
-  };
-  for (const auto& row : rows) EXPECT_EQ(SignificanceCode(row.value), row.code) << row.value;
-}
+INSTANTIATE_TEST_SUITE_P(
+    Rows, Significance,
+    testing::Values(std::pair{std::nextafter(0.001, 0.0), "***"}, std::pair{0.001, "**"},
+                    std::pair{std::nextafter(0.01, 0.0), "**"}, std::pair{0.01, "*"},
+                    std::pair{std::nextafter(0.05, 0.0), "*"}, std::pair{0.05, "."},
+                    std::pair{0.1000000014, "."}, std::pair{0.10000000149011612, " "},
+                    std::pair{std::nan(""), " "}));
 
 }  // namespace
 }  // namespace linfit

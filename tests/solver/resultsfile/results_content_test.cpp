@@ -54,15 +54,15 @@ RegressionResult Result() {
 }
 
 std::vector<RecordedSymbol> Record(NameTable coefficients, NameTable observations,
-                                   const RegressionResult& result, std::string* failure = nullptr) {
+                                   const RegressionResult& result, Failure expected = {}) {
   KeyShape coefficient_shape;
   KeyShape observation_shape;
   AnalyseCoefficientKeys(coefficients, coefficient_shape);
-  EXPECT_EQ(AnalyseObservationKeys(observations, observation_shape), "");
+  EXPECT_EQ(AnalyseObservationKeys(observations, observation_shape), std::nullopt);
   Recorder recorder;
-  const std::string_view text = PutAllSymbols(
-      recorder, {{coefficients, coefficient_shape}, {observations, observation_shape}, result});
-  if (failure != nullptr) *failure = text;
+  const ResultsContent content{
+      {coefficients, coefficient_shape}, {observations, observation_shape}, result};
+  EXPECT_EQ(PutAllSymbols(recorder, content), expected);
   return recorder.symbols;
 }
 
@@ -145,15 +145,11 @@ TEST(ResultsContent, FlatKeys) {
 TEST(ResultsContent, NoDegreesOfFreedomEndTheIntervals) {
   RegressionResult result = Result();
   result.df = 0;
-  std::string failure;
-  const auto symbols =
-      Record(Names({"b j", "b k"}), Names({"y i", "y k", "y l"}), result, &failure);
-  EXPECT_EQ(failure, "df incorrect in call to STUDIN");
+  const auto symbols = Record(Names({"b j", "b k"}), Names({"y i", "y k", "y l"}), result,
+                              "df incorrect in call to STUDIN");
   EXPECT_EQ(symbols.size(), 13U);
   EXPECT_TRUE(symbols.back().keys.empty());
   EXPECT_FALSE(symbols.back().done);
-  EXPECT_EQ(QuantileFailure(2), "p incorrect in call to STUDIN");
-  EXPECT_EQ(QuantileFailure(3), "");  // the value is used as it is
 }
 
 }  // namespace
