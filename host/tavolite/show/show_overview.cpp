@@ -88,17 +88,8 @@ void PrintCoefficients(const std::vector<CoefficientRow>& rows, std::size_t widt
   }
 }
 
-std::string JsonKeys(const std::vector<std::string>& keys) {
-  std::string text = "[";
-  for (const std::string& key : keys) {
-    if (text.size() > 1) text += ',';
-    text += JsonString(key);
-  }
-  return text + "]";
-}
-
 std::string JsonCoefficient(const CoefficientRow& row) {
-  std::string text = "{\"keys\":" + JsonKeys(row.keys);
+  std::string text = "{\"keys\":" + JsonStrings(row.keys);
   for (std::size_t k = 0; k < row.values.size(); ++k) {
     text += ',' + JsonString(kCoefficientSymbols[k]) + ':' + JsonNumber(row.values[k]);
   }

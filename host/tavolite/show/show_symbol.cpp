@@ -110,13 +110,8 @@ void PrintSymbolJson(const TdxSymbolInfo& symbol, const TdxRecords& records, std
           ",\"dimension\":" + std::to_string(symbol.dimension) + ",\"records\":[";
   for (std::size_t i = 0; i < records.values.size(); ++i) {
     text += i == 0 ? "\n" : ",\n";
-    text += "{\"keys\":[";
-    const std::span<const std::string> keys = records.Keys(i);
-    for (std::size_t k = 0; k < keys.size(); ++k) {
-      if (k > 0) text += ',';
-      text += JsonString(keys[k]);
-    }
-    text += "],\"value\":" + JsonNumber(records.values[i]) + "}";
+    text += "{\"keys\":" + JsonStrings(records.Keys(i)) +
+            ",\"value\":" + JsonNumber(records.values[i]) + "}";
   }
   text += "\n]}\n";
 }

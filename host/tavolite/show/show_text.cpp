@@ -4,13 +4,12 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <nlohmann/json.hpp>
 #include <utility>
 
 namespace host {
 
 namespace {
-
-constexpr std::string_view kReplacementCharacter = "\xEF\xBF\xBD";
 
 bool IsContinuation(char c) {
   return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U;
@@ -29,34 +28,9 @@ std::string Printable(std::string text) {
   return text;
 }
 
-// Bytes of the UTF-8 character at the start of `text`; 0 when there is none.
-std::size_t CharacterLength(std::string_view text) {
-  const auto lead = static_cast<unsigned char>(text[0]);
-  if (lead < 0x80) return 1;
-  const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
-  if (lead < 0xC2 || lead > 0xF4 || text.size() < length) return 0;
-  const std::string_view rest = text.substr(1, length - 1);
-  if (!std::ranges::all_of(rest, IsContinuation)) return 0;
-  const auto second = static_cast<unsigned char>(text[1]);
-  const bool overlong = (lead == 0xE0 && second < 0xA0) || (lead == 0xF0 && second < 0x90);
-  const bool surrogate = lead == 0xED && second >= 0xA0;
-  const bool too_large = lead == 0xF4 && second >= 0x90;
-  return overlong || surrogate || too_large ? 0 : length;
-}
-
-void AppendEscaped(char c, std::string& text) {
-  constexpr std::string_view kDigits = "0123456789abcdef";
-  const auto code = static_cast<unsigned char>(c);
-  if (c == '"' || c == '\\') {
-    text += '\\';
-    text += c;
-  } else if (code < 0x20 || code == 0x7F) {
-    text += "\\u00";
-    text += kDigits[code >> 4U];
-    text += kDigits[code & 15U];
-  } else {
-    text += c;
-  }
+std::string Dumped(const nlohmann::json& value) {
+  constexpr int kOneLine = -1;
+  return value.dump(kOneLine, ' ', false, nlohmann::json::error_handler_t::replace);
 }
 
 template <class... Format>
@@ -87,17 +61,11 @@ std::string CsvField(std::string_view text) {
 }
 
 std::string JsonString(std::string_view text) {
-  std::string quoted(1, '"');
-  while (!text.empty()) {
-    const std::size_t length = CharacterLength(text);
-    if (length == 1) {
-      AppendEscaped(text[0], quoted);
-    } else {
-      quoted += length == 0 ? kReplacementCharacter : text.substr(0, length);
-    }
-    text.remove_prefix(std::max<std::size_t>(length, 1));
-  }
-  return quoted += '"';
+  return Dumped(text);
+}
+
+std::string JsonStrings(std::span<const std::string> texts) {
+  return Dumped(std::vector<std::string>(texts.begin(), texts.end()));
 }
 
 std::string JsonNumber(double value) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -19,8 +20,10 @@ std::string CsvField(std::string_view text);
 
 // A JSON string with its quotes. Bytes that aren't UTF-8 become U+FFFD.
 std::string JsonString(std::string_view text);
-// JSON has numbers only for finite values: "Infinity" and "-Infinity" are strings, an undefined
-// value is null.
+// A JSON array of such strings.
+std::string JsonStrings(std::span<const std::string> texts);
+// The digits of NumberText, which the library has no format for. JSON has numbers only for finite
+// values: "Infinity" and "-Infinity" are strings, an undefined value is null.
 std::string JsonNumber(double value);
 
 // Columns under each other, two blanks between them; texts stand left, numbers right.

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <limits>
 #include <sstream>
 
@@ -127,35 +128,61 @@ TEST_F(Show, CsvAndJson) {
   EXPECT_EQ(testing_support::ReadFile(output), "value\n0.30000000000000004\n");
 }
 
-TEST_F(Show, BadInput) {
-  const auto write = [&](const std::string& name, const std::string& text) {
-    testing_support::WriteFile(directory_ / name, text);
-  };
-  const std::string whole = testing_support::ReadFile(file_);
-  write("text.tdx", "this is not a database, and it is long enough to have a header of one\n");
-  write("empty.tdx", "");
-  write("half.tdx", whole.substr(0, whole.size() / 2));
-  write("start.tdx", whole.substr(0, 40));
-  Database(directory_ / "other.tdx", Database::Mode::kCreate).Execute("create table t(x)");
-  std::filesystem::copy_file(file_, directory_ / "newer.tdx");
-  Database(directory_ / "newer.tdx", Database::Mode::kReadWrite).Execute("pragma user_version = 2");
+// What stands where a results file should, and the text that says so.
+struct BadFile {
+  const char* name;
+  const char* text;
+  std::function<void(const std::filesystem::path& whole, const std::filesystem::path& file)> make;
+};
 
-  const std::pair<const char*, const char*> cases[] = {
-      {"text.tdx", "not a TDX file"},
-      {"empty.tdx", "not a TDX file"},
-      {"start.tdx", "not a TDX file"},
-      {"other.tdx", "not a TDX file"},
-      {"half.tdx", "the TDX file is damaged or incomplete: "},
-      {"newer.tdx", "the TDX file has schema version 2; this program reads up to 1"},
-      {"missing.tdx", "there is no such file"},
-  };
-  for (const auto& [name, text] : cases) {
-    const std::filesystem::path file = directory_ / name;
-    EXPECT_EQ(Run({.file = file}), "") << name;
-    EXPECT_EQ(status_, 2) << name;
-    EXPECT_TRUE(err_.starts_with("tavolite: " + testing_support::Utf8(file) + ": " + text)) << err_;
-    EXPECT_EQ(Lines(err_).size(), 1U) << err_;
-  }
+std::string Head(const std::filesystem::path& file, double part) {
+  const std::string whole = testing_support::ReadFile(file);
+  return whole.substr(0, static_cast<std::size_t>(part * static_cast<double>(whole.size())));
+}
+
+const BadFile kBadFiles[] = {
+    {"text", "not a TDX file",
+     [](const auto&, const auto& file) {
+       testing_support::WriteFile(file, "this is no database, and it is longer than its header\n");
+     }},
+    {"empty", "not a TDX file",
+     [](const auto&, const auto& file) { testing_support::WriteFile(file, ""); }},
+    {"start", "not a TDX file",
+     [](const auto& whole, const auto& file) {
+       testing_support::WriteFile(file, Head(whole, 0.0005));
+     }},
+    {"half", "the TDX file is damaged or incomplete: ",
+     [](const auto& whole, const auto& file) {
+       testing_support::WriteFile(file, Head(whole, 0.5));
+     }},
+    {"other", "not a TDX file",
+     [](const auto&, const auto& file) {
+       Database(file, Database::Mode::kCreate).Execute("create table t(x)");
+     }},
+    {"newer", "the TDX file has schema version 2; this program reads up to 1",
+     [](const auto& whole, const auto& file) {
+       std::filesystem::copy_file(whole, file);
+       Database(file, Database::Mode::kReadWrite).Execute("pragma user_version = 2");
+     }},
+    {"missing", "there is no such file", [](const auto&, const auto&) {}},
+};
+
+class ShowBadFile : public Show, public testing::WithParamInterface<BadFile> {};
+
+TEST_P(ShowBadFile, OneLineAndNoOutput) {
+  const std::filesystem::path file = directory_ / "bad.tdx";
+  GetParam().make(file_, file);
+  const std::string name = testing_support::Utf8(file);
+  EXPECT_EQ(Run({.file = file}), "");
+  EXPECT_EQ(status_, 2);
+  EXPECT_TRUE(err_.starts_with("tavolite: " + name + ": " + GetParam().text)) << err_;
+  EXPECT_EQ(Lines(err_).size(), 1U) << err_;
+}
+
+INSTANTIATE_TEST_SUITE_P(Files, ShowBadFile, testing::ValuesIn(kBadFiles),
+                         [](const auto& test) { return std::string(test.param.name); });
+
+TEST_F(Show, BadRequest) {
   EXPECT_EQ(Run({.symbol = "estimates"}), "");
   EXPECT_EQ(status_, 2);
   EXPECT_NE(err_.find("there is no symbol \"estimates\"; the nearest is \"estimate\"\n"),
