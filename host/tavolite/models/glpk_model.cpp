@@ -9,6 +9,8 @@
 #include "base/input_error.h"
 #include "base/text_file.h"
 #include "tavolite/models/glpk_objective.h"
+#include "tavolite/models/mathprog_reader.h"
+#include "tavolite/models/mps_lp_reader.h"
 #include "tavolite/models/name_parser.h"
 
 namespace host {

@@ -8,7 +8,7 @@
 
 #include "instance/model.h"
 #include "tavolite/command/options.h"
-#include "tavolite/models/glpk_reader.h"
+#include "tavolite/models/reader_notes.h"
 
 namespace host {
 

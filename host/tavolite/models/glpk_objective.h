@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "tavolite/models/glpk_reader.h"
+#include "tavolite/models/reader_notes.h"
 
 namespace host {
 

@@ -1,7 +1,5 @@
 #include "tavolite/models/glpk_session.h"
 
-#include <glpk.h>
-
 #include <charconv>
 #include <string_view>
 #include <utility>

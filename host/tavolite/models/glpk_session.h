@@ -1,8 +1,11 @@
 // GLPK's process-wide environment, with its messages collected and its aborts turned into a result.
 #pragma once
 
+#include <glpk.h>
+
 #include <csetjmp>
 #include <functional>
+#include <memory>
 #include <string>
 
 namespace host {
@@ -32,6 +35,12 @@ class GlpkSession {
   std::string messages_;
   std::jmp_buf abort_point_{};
 };
+
+struct GlpkProblemDeleter {
+  void operator()(glp_prob* problem) const { glp_delete_prob(problem); }
+};
+// Must go before the session does.
+using GlpkProblem = std::unique_ptr<glp_prob, GlpkProblemDeleter>;
 
 // The line of GLPK's messages that tells why reading failed ("model.mod:7: syntax error in ..."),
 // with `name`, the file as GLPK was given it, replaced by `shown`. When no line has a file and a

@@ -14,18 +14,16 @@
 #include "tavolite/solve/front_end.h"
 #include "tavolite/solve/listing.h"
 #include "tavolite/solve/scratch.h"
+#include "tavolite/solve/solve_files.h"
 #include "tavolite/solve/solver_log.h"
 #include "tavolite/solve/step_times.h"
 #include "tavolite/system/child_process.h"
 #include "tavolite/system/interrupt.h"
-#include "tavolite/system/program.h"
 
 namespace host {
 namespace {
 
 namespace fs = std::filesystem;
-
-constexpr const char* kDefinitionFile = "optlinfit.def";
 
 // What an interrupt has to end and to remove; it may come at any time until the process is gone.
 struct Interruptible {
@@ -46,41 +44,6 @@ struct Session {
   [[nodiscard]] fs::path Scratch(const char* name) const { return running->scratch.Path() / name; }
 };
 
-bool IsSameFile(const fs::path& a, const fs::path& b) {
-  std::error_code none;
-  return fs::equivalent(a, b, none);
-}
-
-fs::path FindSolver(const SolveOptions& options) {
-  fs::path solver = options.solver;
-  if (solver.empty()) solver = OwnProgram().parent_path() / ProgramFileName("linfit");
-  std::error_code none;
-  if (!fs::is_regular_file(solver, none)) throw InputError("there is no solver " + Utf8(solver));
-  return fs::absolute(solver);
-}
-
-// The listing must neither destroy what the solve reads nor fail after a long run.
-fs::path ChooseListing(const SolveOptions& options) {
-  fs::path listing = options.listing;
-  if (listing.empty()) listing = options.input.stem() += ".lst";
-  for (const fs::path& input : {options.input, options.data, options.option_file}) {
-    if (!input.empty() && IsSameFile(listing, input)) {
-      throw InputError("the listing would overwrite " + Utf8(input) + ": give another --listing");
-    }
-  }
-  std::error_code none;
-  if (fs::is_directory(listing, none)) throw InputError(Utf8(listing) + ": is a directory");
-  if (!fs::is_directory(fs::absolute(listing).parent_path(), none)) {
-    throw InputError("there is no directory for the listing " + Utf8(listing));
-  }
-  return listing;
-}
-
-void CheckFiles(Session& session) {
-  session.solver = FindSolver(session.options);
-  session.listing = ChooseListing(session.options);
-}
-
 void Tell(const Session& session, const ReaderNotes& notes) {
   if (!session.options.quiet) {
     session.out << notes.output;
@@ -90,13 +53,6 @@ void Tell(const Session& session, const ReaderNotes& notes) {
   for (const std::string& warning : notes.warnings) {
     session.err << "tavolite: warning: " << warning << '\n';
   }
-}
-
-// The definition file belongs to the solver; without one beside it, ours must do.
-fs::path SystemDirectory(const fs::path& solver) {
-  const fs::path directory = solver.parent_path();
-  std::error_code none;
-  return fs::exists(directory / kDefinitionFile, none) ? directory : OwnProgram().parent_path();
 }
 
 // The user's option file; without one, that which fits a table.
@@ -197,7 +153,8 @@ std::shared_ptr<Interruptible> MakeInterruptible(const SolveOptions& options) {
 int Solve(Session& session) {
   int status = kBadInput;  // of what fails before the solver has run
   try {
-    CheckFiles(session);
+    session.solver = FindSolver(session.options);
+    session.listing = ChooseListing(session.options);
     session.running = MakeInterruptible(session.options);
     OnInterrupt([running = session.running] {
       running->solver.Stop();

@@ -1,12 +1,12 @@
-#include "tavolite/models/glpk_reader.h"
+#include "tavolite/models/mathprog_reader.h"
 
 #include <fstream>
-#include <iterator>
 #include <unordered_set>
 
 #include "base/input_error.h"
 #include "base/text_file.h"
 #include "tavolite/models/mathprog_text.h"
+#include "tavolite/models/model_file.h"
 
 namespace host {
 namespace {
@@ -15,19 +15,9 @@ namespace fs = std::filesystem;
 
 constexpr const char* kMarker = "tavolite: variables in use";
 
-std::string ReadWholeFile(const fs::path& file) {
-  std::error_code error;
-  if (fs::is_directory(file, error)) throw InputError(Utf8(file) + ": is a directory");
-  std::ifstream in(file, std::ios::binary);
-  if (!in) throw InputError(Utf8(file) + ": can't be opened");
-  std::string text{std::istreambuf_iterator<char>(in), {}};
-  if (in.bad()) throw InputError(Utf8(file) + ": can't be read");
-  return text;
-}
-
 // What a model printed. GLPK writes text files in the system's form.
 std::string ReadOutput(const std::string& file) {
-  std::string text = ReadWholeFile(FromUtf8(file));
+  std::string text = ReadModelFile(FromUtf8(file));
   for (std::size_t at = 0; (at = text.find("\r\n", at)) != std::string::npos;) text.erase(at, 1);
   return text;
 }
@@ -146,12 +136,12 @@ void Generate(GlpkSession& session, const MathProgFiles& files, const std::strin
 
 GlpkProblem ReadMathProg(GlpkSession& session, const fs::path& model, const fs::path& data,
                          const fs::path& scratch, ReaderNotes& notes) {
-  const std::string text = ReadWholeFile(model);
+  const std::string text = ReadModelFile(model);
   const MathProgText scan = ScanMathProg(text);
   notes.variables = scan.variables;
   fs::path data_file = data;
   if (data_file.empty() && !scan.has_data_section) data_file = DataBeside(model, notes);
-  if (!data_file.empty()) ReadWholeFile(data_file);
+  if (!data_file.empty()) ReadModelFile(data_file);
 
   MathProgFiles files;
   files.model = Utf8(model.filename());
@@ -167,41 +157,6 @@ GlpkProblem ReadMathProg(GlpkSession& session, const fs::path& model, const fs::
   }
   std::error_code ignored;
   fs::remove(output, ignored);
-  return problem;
-}
-
-GlpkProblem ReadMpsOrLp(GlpkSession& session, const fs::path& model, InputFormat format) {
-  ReadWholeFile(model).clear();
-  const std::string file = Utf8(model);
-  const std::string& shown = file;
-  const auto read = [&](int mps_form, std::string& failure) {
-    GlpkProblem problem(glp_create_prob());
-    session.ForgetMessages();
-    int result = 1;
-    const bool ended = session.Run([&] {
-      result = format == InputFormat::kLp
-                   ? glp_read_lp(problem.get(), nullptr, file.c_str())
-                   : glp_read_mps(problem.get(), mps_form, nullptr, file.c_str());
-    });
-    if (!ended) (void)problem.release();  // gone with the environment
-    if (ended && result == 0) return problem;
-    failure = FailureLine(session.Messages(), file, shown);
-    return GlpkProblem();
-  };
-
-  std::string failure;
-  GlpkProblem problem =
-      read(format == InputFormat::kFixedMps ? GLP_MPS_DECK : GLP_MPS_FILE, failure);
-  if (problem == nullptr && format == InputFormat::kMps) {
-    // Names with blanks are possible in the fixed form only. The form that gets farther is the one
-    // meant.
-    std::string fixed_failure;
-    problem = read(GLP_MPS_DECK, fixed_failure);
-    if (FailureLineNumber(fixed_failure, shown) > FailureLineNumber(failure, shown)) {
-      failure = fixed_failure;
-    }
-  }
-  if (problem == nullptr) throw InputError(failure);
   return problem;
 }
 
