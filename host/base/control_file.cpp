@@ -8,6 +8,8 @@
 #include <string_view>
 #include <system_error>
 
+#include "base/text.h"
+
 namespace host {
 
 namespace {

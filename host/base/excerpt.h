@@ -1,15 +1,10 @@
 // Texts from outside as parts of messages.
 #pragma once
 
-#include <cstddef>
 #include <string>
 #include <string_view>
 
 namespace host {
-
-// The length of the UTF-8 sequence at the start of `text`, 0 when it is none. Overlong forms and
-// surrogates are none.
-std::size_t Utf8Length(std::string_view text);
 
 bool IsControl(char c);
 

@@ -70,15 +70,6 @@ void WriteText(const std::filesystem::path& file, std::string_view text) {
   }
 }
 
-std::string_view Stripped(std::string_view text) {
-  constexpr std::string_view kBlanks = " \t";
-  const std::size_t first = text.find_first_not_of(kBlanks);
-  if (first == std::string_view::npos) {
-    return {};
-  }
-  return text.substr(first, text.find_last_not_of(kBlanks) + 1 - first);
-}
-
 std::string AtLine(const std::filesystem::path& file, std::size_t line, std::string_view text) {
   return Utf8(file) + "(" + std::to_string(line) + "): " + std::string(text);
 }

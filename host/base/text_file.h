@@ -1,4 +1,4 @@
-// Text files and texts at the borders: UTF-8 everywhere, lines end in "\n" or "\r\n".
+// Text files: UTF-8 everywhere, lines end in "\n" or "\r\n".
 #pragma once
 
 #include <filesystem>
@@ -25,9 +25,6 @@ std::vector<std::string> ReadLines(const std::filesystem::path& file);
 
 // Writes the whole file in binary mode. Throws FileError.
 void WriteText(const std::filesystem::path& file, std::string_view text);
-
-// Without the blanks and tabs at both ends.
-std::string_view Stripped(std::string_view text);
 
 // "file(line): text", the form of every message about a line; lines are counted from 1.
 std::string AtLine(const std::filesystem::path& file, std::size_t line, std::string_view text);

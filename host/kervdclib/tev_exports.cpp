@@ -2,6 +2,7 @@
 #include <cstdio>
 
 #include "base/short_string.h"
+#include "base/text.h"
 #include "kervdclib/environment.h"
 #include "kervdclib/exports.h"
 
@@ -94,12 +95,7 @@ void tevGetStrOpt(void* handle, const char* name, char* value) {
   value[0] = '\0';
   Guarded([&] {
     constexpr std::string_view kSystemDirectory = "namesysdir";
-    std::string key(ShortStringText(name));
-    for (char& character : key) {
-      character =
-          static_cast<char>(character >= 'A' && character <= 'Z' ? character + 32 : character);
-    }
-    if (key == kSystemDirectory) {
+    if (host::LowerCase(ShortStringText(name)) == kSystemDirectory) {
       host::ToShortString(SystemDirectory(Of(handle)), value);
     }
   });

@@ -4,6 +4,7 @@
 #include <charconv>
 #include <system_error>
 
+#include "base/text.h"
 #include "base/text_file.h"
 
 namespace host {
@@ -13,11 +14,6 @@ namespace {
 constexpr std::string_view kBlanks = " \t";
 constexpr std::string_view kQuotes = "'\"";
 
-char Upper(char character) {
-  return static_cast<char>(character >= 'a' && character <= 'z' ? character - 'a' + 'A'
-                                                                : character);
-}
-
 }  // namespace
 
 void OptionLine::SkipBlanks() {
@@ -26,8 +22,7 @@ void OptionLine::SkipBlanks() {
 
 std::string OptionLine::Key() {
   const std::size_t end = std::min(rest_.find_first_of(" \t="), rest_.size());
-  std::string key(rest_.substr(0, end));
-  std::transform(key.begin(), key.end(), key.begin(), Upper);
+  std::string key = UpperCase(rest_.substr(0, end));
   rest_.remove_prefix(end);
   SkipBlanks();
   return key;

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <string_view>
 
+#include "base/text.h"
 #include "base/text_file.h"
 
 namespace host {
@@ -26,12 +26,6 @@ constexpr std::array kFormats{
     Format{"tsv", ".tsv .tab", InputFormat::kTsv},
     Format{"sqlite", ".db .sqlite .sqlite3", InputFormat::kSqlite},
 };
-
-std::string LowerCase(std::string text) {
-  std::transform(text.begin(), text.end(), text.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-  return text;
-}
 
 bool HasWord(std::string_view words, const std::string& word) {
   return !word.empty() &&

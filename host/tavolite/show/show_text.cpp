@@ -2,23 +2,20 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cmath>
 #include <nlohmann/json.hpp>
 #include <utility>
+
+#include "base/text.h"
 
 namespace host {
 
 namespace {
 
-bool IsContinuation(char c) {
-  return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U;
-}
-
 // Characters of UTF-8 text; each is taken to be one column wide.
 std::size_t DisplayWidth(std::string_view text) {
   return static_cast<std::size_t>(
-      std::ranges::count_if(text, [](char c) { return !IsContinuation(c); }));
+      std::ranges::count_if(text, [](char c) { return !IsUtf8Continuation(c); }));
 }
 
 std::string Printable(std::string text) {
@@ -33,24 +30,16 @@ std::string Dumped(const nlohmann::json& value) {
   return value.dump(kOneLine, ' ', false, nlohmann::json::error_handler_t::replace);
 }
 
-template <class... Format>
-std::string Number(double value, Format... format) {
-  if (std::isnan(value)) return "NaN";
-  if (std::isinf(value)) return value > 0.0 ? "Inf" : "-Inf";
-  std::array<char, 32> digits;
-  const auto end =
-      std::to_chars(digits.data(), digits.data() + digits.size(), value, format...).ptr;
-  return {digits.data(), end};
-}
-
 }  // namespace
 
 std::string NumberText(double value) {
-  return Number(value);
+  std::array<char, kNumberBuffer> buffer;
+  return std::string(FormatNumber(value, "Inf", 0, buffer));
 }
 
 std::string RoundedText(double value) {
-  return Number(value, std::chars_format::general, 7);
+  std::array<char, kNumberBuffer> buffer;
+  return std::string(FormatNumber(value, "Inf", 7, buffer));
 }
 
 std::string CsvField(std::string_view text) {
@@ -103,8 +92,7 @@ void AlignedTable::PrintLine(const std::vector<std::string>& cells, std::string&
     line += cells[k];
     if (columns_[k].side == Side::kLeft) line.append(blanks, ' ');
   }
-  line.erase(line.find_last_not_of(' ') + 1);
-  text += line += '\n';
+  text.append(StrippedEnd(line)).append("\n");
 }
 
 void AlignedTable::Print(std::string& text) const {

@@ -2,36 +2,27 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
-#include <cmath>
 #include <deque>
 #include <fstream>
 #include <future>
-#include <span>
 #include <string_view>
 
+#include "base/text.h"
 #include "base/text_file.h"
 #include "instance/names.h"
 
 namespace host {
 namespace {
 
+constexpr std::string_view kInfinityText = "Infinity";
 constexpr std::size_t kNumberWidth = 25;  // the longest number has 24 characters
 constexpr std::size_t kUsualName = 16;
 constexpr std::size_t kElementsPerPiece = 32768;
 constexpr std::int32_t kObjectiveCode = 5;  // of the head and tail values
 
-// Room for any number; the text is a view of `buffer` or a constant.
-std::string_view Format(double value, std::span<char> buffer) {
-  if (std::isnan(value)) return "NaN";
-  if (std::isinf(value)) return value > 0 ? "Infinity" : "-Infinity";
-  const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
-  return {buffer.data(), static_cast<std::size_t>(result.ptr - buffer.data())};
-}
-
 void AppendNumber(double value, std::string& text) {
-  std::array<char, 32> buffer;
-  const std::string_view number = Format(value, buffer);
+  std::array<char, kNumberBuffer> buffer;
+  const std::string_view number = FormatNumber(value, kInfinityText, 0, buffer);
   text.append(kNumberWidth - std::min(number.size(), kNumberWidth), ' ');
   text += number;
 }
@@ -129,8 +120,8 @@ std::string SolveStatusText(std::int32_t status) {
 std::string ObjectiveText(const Solution& solution) {
   const auto found = solution.head_and_tail.find(kObjectiveCode);
   if (found == solution.head_and_tail.end()) return "not stated";
-  std::array<char, 32> buffer;
-  return std::string(Format(found->second, buffer));
+  std::array<char, kNumberBuffer> buffer;
+  return std::string(FormatNumber(found->second, kInfinityText, 0, buffer));
 }
 
 void WriteListing(const std::filesystem::path& listing, const std::filesystem::path& status_file,

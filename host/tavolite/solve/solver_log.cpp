@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "base/text.h"
+
 namespace host {
 namespace {
 
@@ -22,9 +24,8 @@ void SolverLog::Take(std::string_view piece) {
 }
 
 void SolverLog::End() {
-  const std::size_t last = line_.find_last_not_of(" \t\r");
-  if (last != std::string::npos) {
-    line_.resize(last + 1);
+  line_.resize(StrippedEnd(line_, " \t\r").size());
+  if (!line_.empty()) {
     if (line_.starts_with(kResultsFile)) results_file_ = line_.substr(kResultsFile.size());
     last_line_ = line_;
   }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "base/text.h"
 #include "tavolite/tables/table_number.h"
 
 namespace host {
@@ -231,7 +232,7 @@ class RecordParser {
 
   bool TextField(const ColumnUse& use, const Field& field) {
     // Names in the results are padded with blanks: those at the end of a text don't count.
-    const std::string_view text = field.text.substr(0, field.text.find_last_not_of(' ') + 1);
+    const std::string_view text = StrippedEnd(field.text);
     if (text.empty() || (!plan_.IsLabel(use.text) && !field.quoted && text == "NA")) {
       complete_ = false;
       return true;
@@ -250,8 +251,8 @@ class RecordParser {
     }
     scanner_.lines = lines;
     if (batch_.error.empty()) {
-      batch_.error = std::to_string(fields) + (fields == 1 ? " field" : " fields") +
-                     " where the header has " + std::to_string(plan_.columns.size());
+      batch_.error = Counted(fields, "field") + " where the header has " +
+                     std::to_string(plan_.columns.size());
     }
     return false;
   }

@@ -5,6 +5,7 @@
 #include "base/database.h"
 #include "base/excerpt.h"
 #include "base/input_error.h"
+#include "base/text.h"
 #include "base/text_file.h"
 #include "tavolite/system/progress.h"
 #include "tavolite/tables/table_number.h"
@@ -100,7 +101,7 @@ class QueryReader {
       return false;
     }
     std::string_view text = statement_.Text(column);
-    text = text.substr(0, text.find_last_not_of(' ') + 1);
+    text = StrippedEnd(text);
     if (text.empty()) {
       return false;
     }

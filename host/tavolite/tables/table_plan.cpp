@@ -5,6 +5,7 @@
 
 #include "base/excerpt.h"
 #include "base/input_error.h"
+#include "base/text.h"
 #include "instance/model.h"
 
 namespace host {
