@@ -1,9 +1,7 @@
 #include "kervdclib/environment.h"
 
-#include <algorithm>
 #include <cstdio>
-#include <locale>
-#include <sstream>
+#include <utility>
 
 namespace host {
 
@@ -38,7 +36,7 @@ Environment::~Environment() {
     if (!control_.log.empty() && (log_.close(), !log_)) {
       Report("can't write " + Utf8(control_.log));
     }
-    WriteTiming();
+    if (!control_.timing.empty()) steps_.Write(control_.timing);
   } catch (const std::exception& error) {
     Report(error.what());
   }
@@ -56,6 +54,7 @@ void Environment::Initialize(const std::filesystem::path& control_file) {
   if (!control_.log.empty()) {
     log_ = Opened(control_.log);
   }
+  if (!control_.timing.empty()) steps_.Start();
   initialized_ = true;
 }
 
@@ -90,7 +89,7 @@ void Environment::StatOwnLine(std::string_view line) {
 }
 
 void Environment::Stat(std::string_view line) {
-  EndLongStepBefore(line);
+  steps_.SeeStatusLine(line);
   status_ << line << '\n';
   line_begun_ = false;
   FlushStatus();
@@ -109,32 +108,6 @@ void Environment::EndBlock() {
 double Environment::TimeDiff() {
   const Clock::time_point now = Clock::now();
   return std::chrono::duration<double>(now - std::exchange(last_difference_, now)).count();
-}
-
-void Environment::EndStep(std::string_view step) {
-  const Clock::time_point now = Clock::now();
-  const std::chrono::duration<double> time = now - std::exchange(last_step_, now);
-  steps_.emplace_back(time.count(), step);
-}
-
-void Environment::EndLongStepBefore(std::string_view line) {
-  constexpr std::chrono::milliseconds kLong(1);
-  if (!control_.timing.empty() && Clock::now() - last_step_ >= kLong) {
-    const std::size_t first = std::min(line.find_first_not_of(' '), line.size());
-    EndStep("before the line: " + std::string(line.substr(first)));
-  }
-}
-
-void Environment::WriteTiming() {
-  if (control_.timing.empty()) {
-    return;
-  }
-  std::ostringstream text;
-  text.imbue(std::locale::classic());
-  for (const auto& [seconds, step] : steps_) {
-    text << seconds << '\t' << step << '\n';
-  }
-  WriteText(control_.timing, text.str());
 }
 
 }  // namespace host

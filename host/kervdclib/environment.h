@@ -7,10 +7,9 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <utility>
-#include <vector>
 
 #include "base/control_file.h"
+#include "kervdclib/step_observer.h"
 
 namespace host {
 
@@ -40,18 +39,14 @@ class Environment {
 
   // Seconds since the last call; the first time, since the environment was made.
   double TimeDiff();
-  // Ends a step of the run for the timing file: it began where the last one ended.
-  void EndStep(std::string_view step);
+  // Sees the calls of the model object as well; the timing file takes what it makes of them.
+  [[nodiscard]] StepObserver& Steps() { return steps_; }
 
  private:
   using Clock = std::chrono::steady_clock;
 
   void EndLine();
   void FlushStatus();
-  // What takes longer than a millisecond before a status line is a step of its own in the timing
-  // file.
-  void EndLongStepBefore(std::string_view line);
-  void WriteTiming();
 
   bool initialized_ = false;
   ControlFile control_;
@@ -60,8 +55,7 @@ class Environment {
   bool line_begun_ = false;
   bool in_block_ = false;
   Clock::time_point last_difference_ = Clock::now();
-  Clock::time_point last_step_ = Clock::now();
-  std::vector<std::pair<double, std::string>> steps_;
+  StepObserver steps_;
 };
 
 // What an environment handle points to. The model object shares the environment, so that the order

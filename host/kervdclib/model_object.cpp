@@ -36,17 +36,14 @@ void ModelObject::Load() {
   if (reader_) {
     throw FileError("the model has been loaded already");
   }
-  environment_->EndStep("read the control file");
+  environment_->Steps().See(CallGroup::kLoad);
   reader_.emplace(environment_->Control().instance);
   dictionary = {&reader_->Data(), true};
-  environment_->EndStep("load the instance");
+  environment_->Steps().See(CallGroup::kRows);
 }
 
-void ModelObject::StartColumns() {
-  if (!columns_started_ && environment_ != nullptr) {
-    environment_->EndStep("start, options, rows and their names");
-  }
-  columns_started_ = true;
+void ModelObject::See(CallGroup group) {
+  if (environment_ != nullptr) environment_->Steps().See(group);
 }
 
 bool ModelObject::OpenColumn(std::int32_t column) {
@@ -70,11 +67,11 @@ bool ModelObject::OpenColumn(std::int32_t column) {
 }
 
 void ModelObject::EndColumn(std::int32_t column) {
+  See(CallGroup::kColumns);
   // The memory serves the next column; the objective variable's is the one nobody asks for.
   const auto last = static_cast<std::int32_t>(Data()->columns.size()) - 1;
   if (column == (Data()->objective_column == last ? last - 1 : last)) {
     ReleaseColumn();
-    environment_->EndStep("columns and their names");
   }
 }
 
@@ -121,7 +118,6 @@ void ModelObject::WriteOut() {
   Size(solution.rows, Data()->rhs.size());
   Size(solution.columns, Data()->columns.size());
   WriteSolution(solution, environment_->Control().instance);
-  environment_->EndStep("store the solution");
 }
 
 void ModelObject::Tell(const std::string& text) {

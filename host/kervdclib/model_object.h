@@ -64,8 +64,8 @@ class ModelObject {
 
   // Writes a message to the status file and the log.
   void Tell(const std::string& text);
-  // Notes that the rows' names and data are behind, the first time.
-  void StartColumns();
+  // Tells the environment's observer of a call.
+  void See(CallGroup group);
 
   int index_base = 0;
   double plus_infinity = kInfinity;
@@ -87,7 +87,6 @@ class ModelObject {
   // is stored.
   Entry failed_entry_{std::numeric_limits<double>::quiet_NaN(), 0};
   bool failed_ = false;
-  bool columns_started_ = false;
 };
 
 }  // namespace host

@@ -158,7 +158,7 @@ int tmoObjRow(void* handle) {
 int tmoGetColStat(void* handle, int column, int* entries, int* quadratic, int* nonlinear,
                   int* objective) {
   *entries = *quadratic = *nonlinear = *objective = 0;
-  Guarded([&] { Of(handle).StartColumns(); });
+  Guarded([&] { Of(handle).See(host::CallGroup::kColumns); });
   const host::ColumnHead* head = ColumnOf(handle, column);
   if (head == nullptr) {
     return 1;
@@ -222,9 +222,7 @@ int tmoSetSolutionEquRec(void* handle, int row, double level, double marginal, i
 void tmoModelStatSet(void* handle, int status) {
   Guarded([&] {
     Of(handle).solution.model_status = status;
-    if (Of(handle).GetEnvironment() != nullptr) {
-      Of(handle).GetEnvironment()->EndStep("estimate, report, results file");
-    }
+    Of(handle).See(host::CallGroup::kSolution);
   });
 }
 
