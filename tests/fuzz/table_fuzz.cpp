@@ -3,7 +3,8 @@
 #include <sstream>
 
 #include "base/input_error.h"
-#include "tavolite/tables/table_model.h"
+#include "tavolite/tables/make_model.h"
+#include "tavolite/tables/text_table.h"
 #include "tests/fuzz/fuzz_input.h"
 
 namespace {
@@ -13,14 +14,14 @@ std::string Outcome(const std::string& text, const host::TableOptions& options, 
                     unsigned threads) {
   std::istringstream stream(text);
   try {
+    host::TextTable table({.stream = &stream,
+                           .name = "t",
+                           .block = block,
+                           .threads = threads,
+                           .separator = *options.separator});
+    const host::TablePlan plan = host::MakeTablePlan(table.ReadHeader(), options);
     const host::TableModel made =
-        host::MakeTableModel(host::ReadTextTable({.stream = &stream,
-                                                  .name = "t",
-                                                  .block = block,
-                                                  .threads = threads,
-                                                  .separator = *options.separator},
-                                                 options),
-                             options, "t: ");
+        host::MakeTableModel(plan, table.ReadRows(plan), options.intercept);
     std::ostringstream out;
     out << made.option_file;
     for (const std::string& label : made.model.dictionary.labels) {

@@ -1,10 +1,10 @@
-#include "tavolite/tables/table_csv.h"
+#include "tavolite/tables/csv.h"
 
 #include <algorithm>
 #include <cstring>
 
 #include "base/text.h"
-#include "tavolite/tables/table_number.h"
+#include "tavolite/tables/number.h"
 
 namespace host {
 
@@ -183,7 +183,7 @@ class RecordParser {
       const ColumnUse& use = plan_.columns[c];
       double value = 0.0;
       if (use.number >= 0 && use.text < 0 && scanner_.TakeNumber(value)) {
-        batch_.Number(use.number)[row] = -value;
+        batch_.Number(use.number)[row] = value;
       } else if (!AnyField(use)) {
         return false;
       }
@@ -226,7 +226,7 @@ class RecordParser {
       batch_.error = NumberFault(use, field.text, number.kind);
       return false;
     }
-    batch_.Number(use.number)[batch_.rows] = -number.value;
+    batch_.Number(use.number)[batch_.rows] = number.value;
     return true;
   }
 

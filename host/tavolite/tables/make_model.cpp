@@ -1,9 +1,8 @@
-#include "tavolite/tables/table_model.h"
+#include "tavolite/tables/make_model.h"
 
 #include <algorithm>
 #include <charconv>
 #include <cmath>
-#include <fstream>
 #include <limits>
 #include <numeric>
 #include <unordered_map>
@@ -11,9 +10,7 @@
 
 #include "base/excerpt.h"
 #include "base/input_error.h"
-#include "base/text_file.h"
-#include "tavolite/tables/table_database.h"
-#include "tavolite/tables/table_number.h"
+#include "tavolite/tables/number.h"
 
 namespace host {
 
@@ -60,16 +57,16 @@ std::vector<std::int32_t> SortedLevels(const std::vector<std::string>& levels) {
 
 class ModelMaker {
  public:
-  ModelMaker(Table& table, const TableOptions& options, std::string where)
-      : table_(table), options_(options), where_(std::move(where)) {}
+  ModelMaker(const TablePlan& plan, TableRows& rows, Intercept intercept)
+      : plan_(plan), rows_(rows), intercept_(intercept), where_(rows.name + ": ") {}
 
   TableModel Make() {
     CheckRows();
     CheckLabels();
-    result_.notes = table_.plan.notes;
+    result_.notes = plan_.notes;
     NoteDroppedRows();
     StartModel();
-    for (const Regressor& regressor : table_.plan.regressors) {
+    for (const Regressor& regressor : plan_.regressors) {
       if (regressor.factor) {
         AddFactor(regressor);
       } else {
@@ -79,28 +76,28 @@ class ModelMaker {
     CheckCoefficients();
     NameRows();
     Model& model = result_.model;
-    model.rhs = std::move(Numbers(table_.plan.response));
+    model.rhs = std::move(Numbers(plan_.response));
     model.rhs.push_back(0.0);
-    model.dictionary.labels = std::move(table_.data.label_texts.texts);
+    model.dictionary.labels = std::move(rows_.label_texts.texts);
     WriteOptions();
     return std::move(result_);
   }
 
  private:
-  [[nodiscard]] std::size_t Rows() const { return table_.data.row_numbers.size(); }
+  [[nodiscard]] std::size_t Rows() const { return rows_.row_numbers.size(); }
   std::vector<double>& Numbers(int column) {
-    return table_.data.numbers[static_cast<std::size_t>(column)];
+    return rows_.numbers[static_cast<std::size_t>(column)];
   }
 
   void CheckRows() const {
-    if (table_.data.rows_read == 0) {
+    if (rows_.rows_read == 0) {
       throw InputError(where_ + "the table has no rows");
     }
     if (Rows() == 0) {
-      throw InputError(where_ + "every one of the " + std::to_string(table_.data.rows_read) +
+      throw InputError(where_ + "every one of the " + std::to_string(rows_.rows_read) +
                        " rows has a missing value");
     }
-    if (Rows() * std::max<std::size_t>(table_.data.labels.size(), 1) >=
+    if (Rows() * std::max<std::size_t>(rows_.labels.size(), 1) >=
         std::size_t{std::numeric_limits<std::int32_t>::max()}) {
       throw InputError(where_ + "more labels than a model can have");
     }
@@ -108,7 +105,7 @@ class ModelMaker {
 
   // Results are keyed by the labels: no two rows may have the same.
   void CheckLabels() const {
-    const auto& columns = table_.data.labels;
+    const auto& columns = rows_.labels;
     if (columns.empty()) {
       return;
     }
@@ -120,13 +117,13 @@ class ModelMaker {
         key[r] = pairs.try_emplace(pair, static_cast<std::int64_t>(pairs.size())).first->second;
       }
     }
-    std::vector<std::size_t> first_row(std::max(key.size(), table_.data.label_texts.texts.size()),
+    std::vector<std::size_t> first_row(std::max(key.size(), rows_.label_texts.texts.size()),
                                        key.size());
     for (std::size_t r = 0; r < key.size(); ++r) {
       std::size_t& first = first_row[static_cast<std::size_t>(key[r])];
       if (first != key.size()) {
-        throw InputError(table_.data.Where(r) + ": the label " + LabelText(r) +
-                         " is the same as at " + table_.data.Where(first));
+        throw InputError(rows_.Where(r) + ": the label " + LabelText(r) + " is the same as at " +
+                         rows_.Where(first));
       }
       first = r;
     }
@@ -134,21 +131,20 @@ class ModelMaker {
 
   [[nodiscard]] std::string LabelText(std::size_t row) const {
     std::string text;
-    for (const std::vector<std::int32_t>& column : table_.data.labels) {
+    for (const std::vector<std::int32_t>& column : rows_.labels) {
       const auto label = static_cast<std::size_t>(column[row]);
-      text += (text.empty() ? "\"" : ",") + table_.data.label_texts.texts[label];
+      text += (text.empty() ? "\"" : ",") + rows_.label_texts.texts[label];
     }
     return text + '"';
   }
 
   void NoteDroppedRows() {
-    const std::int64_t dropped = table_.data.rows_read - static_cast<std::int64_t>(Rows());
+    const std::int64_t dropped = rows_.rows_read - static_cast<std::int64_t>(Rows());
     if (dropped > 0) {
-      result_.notes.push_back(std::to_string(dropped) + " of " +
-                              std::to_string(table_.data.rows_read) +
+      result_.notes.push_back(std::to_string(dropped) + " of " + std::to_string(rows_.rows_read) +
                               " rows have missing values and are left out, the first of them in " +
-                              (table_.data.by_line ? "line " : "row ") +
-                              std::to_string(table_.data.first_dropped_line));
+                              (rows_.by_line ? "line " : "row ") +
+                              std::to_string(rows_.first_dropped_line));
     }
   }
 
@@ -197,7 +193,7 @@ class ModelMaker {
   }
 
   void AddFactor(const Regressor& regressor) {
-    FactorColumn& factor = table_.data.factors[static_cast<std::size_t>(regressor.position)];
+    FactorColumn& factor = rows_.factors[static_cast<std::size_t>(regressor.position)];
     const std::vector<std::string>& levels = factor.levels.texts;
     if (levels.size() < 2) {
       throw InputError(where_ + "the factor \"" + Excerpt(regressor.name) +
@@ -225,8 +221,8 @@ class ModelMaker {
   }
 
   [[nodiscard]] bool AddsIntercept() const {
-    return options_.intercept == Intercept::kAlways ||
-           (options_.intercept == Intercept::kAutomatic && !has_constant_);
+    return intercept_ == Intercept::kAlways ||
+           (intercept_ == Intercept::kAutomatic && !has_constant_);
   }
 
   void CheckCoefficients() const {
@@ -247,17 +243,17 @@ class ModelMaker {
     ElementNames& names = result_.model.row_names;
     names.symbol.assign(Rows() + 1, kFitSymbol);
     names.symbol.back() = kObjectiveRowSymbol;
-    if (table_.data.labels.empty()) {
+    if (rows_.labels.empty()) {
       NumberRows(names);
     } else {
-      const std::size_t dimension = table_.data.labels.size();
+      const std::size_t dimension = rows_.labels.size();
       names.label.resize(Rows() * dimension);
       for (std::size_t c = 0; c < dimension; ++c) {
         for (std::size_t r = 0; r < Rows(); ++r) {
-          names.label[r * dimension + c] = table_.data.labels[c][r];
+          names.label[r * dimension + c] = rows_.labels[c][r];
         }
-        table_.data.labels[c] = {};
-        table_.data.labels[c].shrink_to_fit();
+        rows_.labels[c] = {};
+        rows_.labels[c].shrink_to_fit();
       }
     }
     const auto dimension = static_cast<std::int32_t>(names.label.size() / Rows());
@@ -270,26 +266,25 @@ class ModelMaker {
 
   // Row numbers as labels; nothing else is one then.
   void NumberRows(ElementNames& names) {
-    std::vector<std::string>& texts = table_.data.label_texts.texts;
+    std::vector<std::string>& texts = rows_.label_texts.texts;
     texts.reserve(Rows());
     names.label.reserve(Rows());
-    for (const std::int32_t number : table_.data.row_numbers) {
+    for (const std::int32_t number : rows_.row_numbers) {
       names.label.push_back(static_cast<std::int32_t>(texts.size()));
       texts.push_back(std::to_string(number));
     }
   }
 
   void WriteOptions() {
-    const int add = options_.intercept == Intercept::kNever    ? 0
-                    : options_.intercept == Intercept::kAlways ? 1
-                                                               : 2;
+    const int add = intercept_ == Intercept::kNever ? 0 : intercept_ == Intercept::kAlways ? 1 : 2;
     result_.option_file = "* Written by tavolite to fit the table\nADD_CONSTANT_TERM " +
                           std::to_string(add) + "\nMAXN " + std::to_string(Rows()) + "\nMAXP " +
                           std::to_string(coefficients_.size() + (add > 0 ? 1 : 0)) + "\n";
   }
 
-  Table& table_;
-  const TableOptions& options_;
+  const TablePlan& plan_;
+  TableRows& rows_;
+  Intercept intercept_;
   std::string where_;
   TableModel result_;
   RowList all_rows_;
@@ -297,41 +292,10 @@ class ModelMaker {
   bool has_constant_ = false;
 };
 
-Table ReadTextFile(const SolveOptions& options) {
-  const std::string name = Utf8(options.input);
-  std::error_code code;
-  if (std::filesystem::is_directory(options.input, code)) {
-    throw InputError(name + ": is a directory");
-  }
-  std::ifstream stream;
-  stream.rdbuf()->pubsetbuf(nullptr, 0);  // blocks are read as they are
-  stream.open(options.input, std::ios::binary);
-  if (!stream) {
-    throw InputError(name + ": can't be opened");
-  }
-  const std::uintmax_t size = std::filesystem::file_size(options.input, code);
-  const char usual = options.format == InputFormat::kTsv ? '\t' : ',';
-  return ReadTextTable({.stream = &stream,
-                        .name = name,
-                        .size = code ? 0 : size,
-                        .separator = options.table.separator.value_or(usual),
-                        .progress = !options.quiet},
-                       options.table);
-}
-
 }  // namespace
 
-TableModel MakeTableModel(Table table, const TableOptions& options, const std::string& where) {
-  return ModelMaker(table, options, where).Make();
-}
-
-TableModel ReadTableModel(const SolveOptions& options) {
-  Table table = options.format == InputFormat::kSqlite
-                    ? ReadQuery(options.input, options.table, !options.quiet)
-                    : ReadTextFile(options);
-  TableModel result = MakeTableModel(std::move(table), options.table, Utf8(options.input) + ": ");
-  result.model.name = Utf8(options.input.stem());
-  return result;
+TableModel MakeTableModel(const TablePlan& plan, TableRows rows, Intercept intercept) {
+  return ModelMaker(plan, rows, intercept).Make();
 }
 
 }  // namespace host

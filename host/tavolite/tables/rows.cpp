@@ -1,12 +1,25 @@
-#include "tavolite/tables/table_rows.h"
+#include "tavolite/tables/rows.h"
 
+#include <algorithm>
 #include <functional>
 #include <limits>
 #include <new>
+#include <span>
 
 #include "base/input_error.h"
 
 namespace host {
+
+namespace {
+
+// A row of a model is `y - sum x*b = 0`, with -x and -y for the solver to turn back. The sign is
+// turned here and nowhere else, since every value is copied here anyway.
+void AppendNegated(std::span<const double> values, std::vector<double>& column) {
+  const auto start = column.insert(column.end(), values.begin(), values.end());
+  std::transform(start, column.end(), start, std::negate<>());
+}
+
+}  // namespace
 
 void RowBatch::Start(const TablePlan& plan, std::size_t capacity) {
   // An odd number of cache lines from column to column: with a power of two, the columns would
@@ -71,14 +84,14 @@ void TextSet::Grow() {
   }
 }
 
-TableData::TableData(const TablePlan& plan, std::string where, bool by_line)
-    : numbers(static_cast<std::size_t>(plan.numbers)),
+TableRows::TableRows(const TablePlan& plan, std::string name, bool by_line)
+    : name(std::move(name)),
+      numbers(static_cast<std::size_t>(plan.numbers)),
       labels(static_cast<std::size_t>(plan.labels)),
       factors(static_cast<std::size_t>(plan.factors)),
-      by_line(by_line),
-      where_(std::move(where)) {}
+      by_line(by_line) {}
 
-void TableData::Expect(std::size_t rows) {
+void TableRows::Expect(std::size_t rows) {
   try {
     for (std::vector<double>& column : numbers) {
       column.reserve(rows);
@@ -88,19 +101,18 @@ void TableData::Expect(std::size_t rows) {
   }
 }
 
-void TableData::Append(const RowBatch& batch) {
+void TableRows::Append(const RowBatch& batch) {
   if (!batch.error.empty()) {
-    throw InputError(where_ +
+    throw InputError(name +
                      (by_line ? ":" + std::to_string(lines_read + batch.lines_read + 1)
                               : ": row " + std::to_string(rows_read + batch.rows_read + 1)) +
                      ": " + batch.error);
   }
   if (rows_read + batch.rows_read >= std::numeric_limits<std::int32_t>::max()) {
-    throw InputError(where_ + ": more rows than a model can have");
+    throw InputError(name + ": more rows than a model can have");
   }
   for (std::size_t c = 0; c < numbers.size(); ++c) {
-    const double* first = batch.Number(static_cast<int>(c));
-    numbers[c].insert(numbers[c].end(), first, first + batch.rows);
+    AppendNegated({batch.Number(static_cast<int>(c)), batch.rows}, numbers[c]);
   }
   AppendTexts(batch);
   for (std::size_t r = 0; r < batch.rows; ++r) {
@@ -116,7 +128,7 @@ void TableData::Append(const RowBatch& batch) {
   lines_read += batch.lines_read;
 }
 
-void TableData::AppendTexts(const RowBatch& batch) {
+void TableRows::AppendTexts(const RowBatch& batch) {
   const std::string_view* text = batch.texts.data();
   for (std::size_t r = 0; r < batch.rows; ++r) {
     for (std::vector<std::int32_t>& column : labels) {
@@ -128,9 +140,9 @@ void TableData::AppendTexts(const RowBatch& batch) {
   }
 }
 
-std::string TableData::Where(std::size_t row) const {
-  return by_line ? where_ + ":" + std::to_string(lines_[row])
-                 : where_ + ": row " + std::to_string(row_numbers[row]);
+std::string TableRows::Where(std::size_t row) const {
+  return by_line ? name + ":" + std::to_string(lines_[row])
+                 : name + ": row " + std::to_string(row_numbers[row]);
 }
 
 }  // namespace host

@@ -12,8 +12,8 @@
 #include <string_view>
 #include <vector>
 
-#include "tavolite/tables/table_plan.h"
-#include "tavolite/tables/table_rows.h"
+#include "tavolite/tables/plan.h"
+#include "tavolite/tables/rows.h"
 
 namespace host {
 

@@ -7,9 +7,15 @@
 #include <vector>
 
 #include "tavolite/command/options.h"
-#include "tavolite/tables/table_number.h"
+#include "tavolite/tables/number.h"
 
 namespace host {
+
+// What a table's first record says.
+struct TableHeader {
+  std::vector<std::string> names;  // of the columns, in order
+  std::string where;               // stands in front of messages about them
+};
 
 // The uses of one column; a number is the position among the columns of that use, -1 for none.
 struct ColumnUse {
@@ -38,10 +44,8 @@ struct TablePlan {
   [[nodiscard]] bool IsLabel(int text) const { return text < labels; }
 };
 
-// `names` are the table's column names in order, `where` stands in front of messages. Throws
-// InputError.
-TablePlan MakeTablePlan(const std::vector<std::string>& names, const TableOptions& options,
-                        const std::string& where);
+// Throws InputError.
+TablePlan MakeTablePlan(const TableHeader& header, const TableOptions& options);
 
 // What is wrong with a text as a label, in words that follow "label "; empty when nothing is.
 std::string LabelFault(std::string_view text);

@@ -6,7 +6,8 @@
 
 #include "instance/model.h"
 #include "tavolite/command/options.h"
-#include "tavolite/tables/table_reader.h"
+#include "tavolite/tables/plan.h"
+#include "tavolite/tables/rows.h"
 
 namespace host {
 
@@ -18,10 +19,7 @@ struct TableModel {
   std::vector<std::string> notes;  // what was left out and assumed
 };
 
-// Reads a text table or the rows that a query gives. Throws InputError.
-TableModel ReadTableModel(const SolveOptions& options);
-
-// Takes the numbers out of `table`. `where` stands in front of messages.
-TableModel MakeTableModel(Table table, const TableOptions& options, const std::string& where);
+// Throws InputError.
+TableModel MakeTableModel(const TablePlan& plan, TableRows rows, Intercept intercept);
 
 }  // namespace host

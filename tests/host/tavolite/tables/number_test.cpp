@@ -1,4 +1,4 @@
-#include "tavolite/tables/table_number.h"
+#include "tavolite/tables/number.h"
 
 #include <gtest/gtest.h>
 
@@ -30,7 +30,7 @@ void ExpectNearest(const std::string& text) {
   EXPECT_TRUE(both_zero || Bits(parsed.value) == Bits(expected)) << text;
 }
 
-TEST(TableNumberTest, RandomNumbersAreNearest) {
+TEST(NumberTest, RandomNumbersAreNearest) {
   std::mt19937_64 random(2026);
   char text[64];
   for (int i = 0; i < 200000; ++i) {
@@ -46,7 +46,7 @@ TEST(TableNumberTest, RandomNumbersAreNearest) {
 }
 
 // Digits around the eight that are read at a time and the 19 that a word holds, the point anywhere.
-TEST(TableNumberTest, DigitStringsOfAnyLengthAreNearest) {
+TEST(NumberTest, DigitStringsOfAnyLengthAreNearest) {
   std::mt19937_64 random(7);
   for (int i = 0; i < 200000; ++i) {
     std::string text = random() % 2 == 0 ? "-" : "";
@@ -63,7 +63,7 @@ TEST(TableNumberTest, DigitStringsOfAnyLengthAreNearest) {
   }
 }
 
-TEST(TableNumberTest, HardCases) {
+TEST(NumberTest, HardCases) {
   for (const char* text : {
            "9007199254740992",
            "9007199254740993",
@@ -110,7 +110,7 @@ TEST(TableNumberTest, HardCases) {
   EXPECT_EQ(Bits(ParseNumber("-0").value), Bits(-0.0));
 }
 
-TEST(TableNumberTest, KindsOfFields) {
+TEST(NumberTest, KindsOfFields) {
   const struct {
     const char* text;
     NumberKind kind;

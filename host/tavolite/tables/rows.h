@@ -9,12 +9,11 @@
 #include <string_view>
 #include <vector>
 
-#include "tavolite/tables/table_plan.h"
+#include "tavolite/tables/plan.h"
 
 namespace host {
 
-// Consecutive rows of a table. Numbers are held by column with their sign turned, as the rows of a
-// model have them.
+// Consecutive rows of a table, with their numbers held by column.
 class RowBatch {
  public:
   // Empties the batch and makes room for `capacity` rows.
@@ -71,10 +70,10 @@ struct FactorColumn {
   std::vector<std::int32_t> codes;
 };
 
-// All complete rows.
-struct TableData {
-  // `where` stands in front of messages; rows are named by line when `by_line`, else by number.
-  TableData(const TablePlan& plan, std::string where, bool by_line);
+// All complete rows, ready for a model.
+struct TableRows {
+  // `name` is the table's, for messages; rows are named by line when `by_line`, else by number.
+  TableRows(const TablePlan& plan, std::string name, bool by_line);
 
   // Makes room for so many rows, if that can be had. Memory that is not used in the end is never
   // touched.
@@ -84,7 +83,8 @@ struct TableData {
   // "file:line" or "file: row number" of a kept row.
   [[nodiscard]] std::string Where(std::size_t row) const;
 
-  std::vector<std::vector<double>> numbers;       // with their sign turned
+  std::string name;
+  std::vector<std::vector<double>> numbers;       // with the sign that a model's rows need
   std::vector<std::vector<std::int32_t>> labels;  // per label column, numbers in label_texts
   TextSet label_texts;
   std::vector<FactorColumn> factors;
@@ -97,7 +97,6 @@ struct TableData {
  private:
   void AppendTexts(const RowBatch& batch);
 
-  std::string where_;
   std::vector<std::int64_t> lines_;  // of the kept rows, only where rows have labels
 };
 

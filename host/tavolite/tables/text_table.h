@@ -4,14 +4,15 @@
 #include <cstddef>
 #include <cstdint>
 #include <istream>
+#include <memory>
 #include <string>
 
-#include "tavolite/tables/table_plan.h"
-#include "tavolite/tables/table_rows.h"
+#include "tavolite/tables/plan.h"
+#include "tavolite/tables/rows.h"
 
 namespace host {
 
-struct TableSource {
+struct TextSource {
   std::istream* stream = nullptr;
   std::string name;        // for messages
   std::uint64_t size = 0;  // bytes, 0 when not known
@@ -21,13 +22,22 @@ struct TableSource {
   bool progress = false;  // on standard error, where that is a terminal and reading takes long
 };
 
-struct Table {
-  TablePlan plan;
-  TableData data;
-};
+// A stream that is read once, from its start to its end. Both functions throw InputError.
+class TextTable {
+ public:
+  explicit TextTable(TextSource source);
+  TextTable(const TextTable&) = delete;
+  TextTable& operator=(const TextTable&) = delete;
+  ~TextTable();
 
-// Reads the stream once. Throws InputError, with the first error in the order of the lines,
-// whatever thread has met it.
-Table ReadTextTable(const TableSource& source, const TableOptions& options);
+  TableHeader ReadHeader();
+  // Everything behind the header. The error is the first one in the order of the lines, whatever
+  // thread has met it.
+  TableRows ReadRows(const TablePlan& plan);
+
+ private:
+  struct State;
+  std::unique_ptr<State> state_;
+};
 
 }  // namespace host

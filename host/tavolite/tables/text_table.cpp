@@ -1,4 +1,4 @@
-#include "tavolite/tables/table_reader.h"
+#include "tavolite/tables/text_table.h"
 
 #include <algorithm>
 #include <atomic>
@@ -13,8 +13,8 @@
 
 #include "base/input_error.h"
 #include "tavolite/system/progress.h"
-#include "tavolite/tables/table_csv.h"
-#include "tavolite/tables/table_number.h"
+#include "tavolite/tables/csv.h"
+#include "tavolite/tables/number.h"
 
 namespace host {
 
@@ -51,7 +51,7 @@ struct Block {
 // Cuts the stream into blocks of whole records, the last of which gets a line end if it has none.
 class BlockSource {
  public:
-  explicit BlockSource(const TableSource& source)
+  explicit BlockSource(const TextSource& source)
       : source_(source), block_size_(source.block != 0 ? source.block : kBlockSize) {}
 
   // False at the end.
@@ -105,7 +105,7 @@ class BlockSource {
     return block.size > 0;
   }
 
-  const TableSource& source_;
+  const TextSource& source_;
   std::size_t block_size_;
   std::string rest_;  // begin of the next block's first record
   std::atomic<std::uint64_t> bytes_read_ = 0;
@@ -119,7 +119,8 @@ std::string_view WithoutMark(std::string_view text, const std::string& name) {
   return text.starts_with("\xEF\xBB\xBF") ? text.substr(3) : text;
 }
 
-void CheckHeader(const std::vector<std::string>& names, const std::string& where, char separator) {
+void CheckHeader(const TableHeader& header, char separator) {
+  const auto& [names, where] = header;
   if (names.size() < 2) {
     const std::string shown = separator == '\t' ? "a tab" : std::string("'") + separator + "'";
     throw InputError(where + "only one column, with " + shown +
@@ -135,22 +136,24 @@ void CheckHeader(const std::vector<std::string>& names, const std::string& where
 // Parses blocks in several threads; each waits for its turn to hand its rows over.
 class ParallelReader {
  public:
-  ParallelReader(const TableSource& source, BlockSource& blocks, Table& table)
+  ParallelReader(const TextSource& source, BlockSource& blocks, const TablePlan& plan,
+                 TableRows& rows)
       : source_(source),
         blocks_(blocks),
-        table_(table),
+        plan_(plan),
+        rows_(rows),
         progress_("reading " + source.name, source.progress) {}
 
   // Reads `first`, whose text from `records` on is still to be read, then all that follows.
   void Run(Block first, std::string_view records) {
     RowBatch batch;
     Parse(first, records, batch);
-    table_.data.Append(batch);
+    rows_.Append(batch);
     if (source_.stream->eof()) {
       return;
     }
     if (source_.size > 0) {
-      table_.data.Expect(ExpectedRows(records.size(), batch.rows));
+      rows_.Expect(ExpectedRows(records.size(), batch.rows));
     }
     std::vector<std::jthread> helpers;
     try {
@@ -181,10 +184,10 @@ class ParallelReader {
 
   void Parse(const Block& block, std::string_view records, RowBatch& batch) const {
     if (block.overlong) {
-      batch.Start(table_.plan, 0);
+      batch.Start(plan_, 0);
       batch.error = OverlongRecord();
     } else {
-      ParseRecords(records, table_.plan, source_.separator, batch);
+      ParseRecords(records, plan_, source_.separator, batch);
     }
   }
 
@@ -220,7 +223,7 @@ class ParallelReader {
     if (stop_) {
       return false;
     }
-    table_.data.Append(batch);
+    rows_.Append(batch);
     ++appended_;
     turn_.notify_all();
     const std::uint64_t read = blocks_.BytesRead();
@@ -230,13 +233,14 @@ class ParallelReader {
     return true;
   }
 
-  const TableSource& source_;
+  const TextSource& source_;
   BlockSource& blocks_;
-  Table& table_;
+  const TablePlan& plan_;
+  TableRows& rows_;
   Progress progress_;
   std::mutex read_mutex_;  // guards blocks_, tickets_
   std::uint64_t tickets_ = 0;
-  std::mutex append_mutex_;  // guards what follows, and table_.data
+  std::mutex append_mutex_;  // guards what follows, and rows_
   std::condition_variable turn_;
   std::uint64_t appended_ = 0;
   std::exception_ptr failure_;
@@ -245,13 +249,22 @@ class ParallelReader {
 
 }  // namespace
 
-Table ReadTextTable(const TableSource& source, const TableOptions& options) {
-  BlockSource blocks(source);
-  Block block;
-  std::string_view records;
-  std::int64_t lines = 0;
-  std::vector<std::string> names;
-  for (bool first = true; names.empty(); first = false) {
+struct TextTable::State {
+  explicit State(TextSource text_source) : source(std::move(text_source)), blocks(source) {}
+  TextSource source;
+  BlockSource blocks;
+  Block block;               // at work
+  std::string_view records;  // of `block`, behind the header
+  std::int64_t lines = 0;    // up to there
+};
+
+TextTable::TextTable(TextSource source) : state_(std::make_unique<State>(std::move(source))) {}
+TextTable::~TextTable() = default;
+
+TableHeader TextTable::ReadHeader() {
+  auto& [source, blocks, block, records, lines] = *state_;
+  TableHeader header;
+  for (bool first = true; header.names.empty(); first = false) {
     if (!blocks.Next(block)) {
       throw InputError(source.name + ": the table is empty");
     }
@@ -260,20 +273,23 @@ Table ReadTextTable(const TableSource& source, const TableOptions& options) {
     if (block.overlong) {
       error = OverlongRecord();
     } else {
-      names = TakeHeader(records, source.separator, lines, error);
+      header.names = TakeHeader(records, source.separator, lines, error);
     }
     if (!error.empty()) {
       throw InputError(source.name + ":" + std::to_string(lines + 1) + ": " + error);
     }
   }
-  const std::string where = source.name + ":" + std::to_string(lines) + ": ";
-  CheckHeader(names, where, source.separator);
-  TablePlan plan = MakeTablePlan(names, options, where);
-  TableData data(plan, source.name, /*by_line=*/true);
-  Table table{.plan = std::move(plan), .data = std::move(data)};
-  table.data.lines_read = lines;
-  ParallelReader(source, blocks, table).Run(std::move(block), records);
-  return table;
+  header.where = source.name + ":" + std::to_string(lines) + ": ";
+  CheckHeader(header, source.separator);
+  return header;
+}
+
+TableRows TextTable::ReadRows(const TablePlan& plan) {
+  TableRows rows(plan, state_->source.name, /*by_line=*/true);
+  rows.lines_read = state_->lines;
+  ParallelReader(state_->source, state_->blocks, plan, rows)
+      .Run(std::move(state_->block), state_->records);
+  return rows;
 }
 
 }  // namespace host

@@ -1,4 +1,4 @@
-#include "tavolite/tables/table_plan.h"
+#include "tavolite/tables/plan.h"
 
 #include <algorithm>
 #include <unordered_map>
@@ -180,8 +180,8 @@ std::string TextFault(const ColumnUse& use, std::string_view text) {
   return fault.empty() ? fault : Fault(use, text, fault);
 }
 
-TablePlan MakeTablePlan(const std::vector<std::string>& names, const TableOptions& options,
-                        const std::string& where) {
+TablePlan MakeTablePlan(const TableHeader& header, const TableOptions& options) {
+  const auto& [names, where] = header;
   CheckOptions(options, where);
   const Columns columns(names, where);
   const Choice choice = Choose(columns, options);

@@ -1,14 +1,13 @@
-#include "tavolite/tables/table_database.h"
+#include "tavolite/tables/query_table.h"
 
 #include <cmath>
 
-#include "base/database.h"
 #include "base/excerpt.h"
 #include "base/input_error.h"
 #include "base/text.h"
 #include "base/text_file.h"
 #include "tavolite/system/progress.h"
-#include "tavolite/tables/table_number.h"
+#include "tavolite/tables/number.h"
 
 namespace host {
 
@@ -30,27 +29,28 @@ void CheckStatement(const Statement& statement, std::string_view rest, const std
 
 class QueryReader {
  public:
-  QueryReader(Statement& statement, Table& table) : statement_(statement), table_(table) {}
+  QueryReader(Statement& statement, const TablePlan& plan, TableRows& rows)
+      : statement_(statement), plan_(plan), rows_(rows) {}
 
   void Run(Progress& progress) {
     RowBatch batch;
-    batch.Start(table_.plan, kBatchRows);
+    batch.Start(plan_, kBatchRows);
     while (statement_.Step()) {
       Row(batch);
       if (!batch.error.empty() || batch.rows == kBatchRows) {
-        table_.data.Append(batch);
-        batch.Start(table_.plan, kBatchRows);
+        rows_.Append(batch);
+        batch.Start(plan_, kBatchRows);
         progress.Update(-1.0);
       }
     }
-    table_.data.Append(batch);
+    rows_.Append(batch);
   }
 
  private:
   void Row(RowBatch& batch) {
     bool complete = true;
     int column = 0;
-    for (const ColumnUse& use : table_.plan.columns) {
+    for (const ColumnUse& use : plan_.columns) {
       if (use.number >= 0) {
         complete = Number(use, column, batch) && complete;
       }
@@ -91,7 +91,7 @@ class QueryReader {
       batch.error = NumberFault(use, statement_.Text(column), number.kind);
       return false;
     }
-    batch.Number(use.number)[batch.rows] = -number.value;
+    batch.Number(use.number)[batch.rows] = number.value;
     return true;
   }
 
@@ -111,31 +111,33 @@ class QueryReader {
   }
 
   Statement& statement_;
-  Table& table_;
+  const TablePlan& plan_;
+  TableRows& rows_;
 };
 
 }  // namespace
 
-Table ReadQuery(const std::filesystem::path& file, const TableOptions& options, bool progress) {
-  const std::string where = Utf8(file) + ": ";
-  try {
-    Database database(file, Database::Mode::kRead);
-    std::string_view rest;
-    Statement statement(database, options.query, &rest);
-    CheckStatement(statement, rest, where);
-    std::vector<std::string> names;
-    for (int i = 0; i < statement.Columns(); ++i) {
-      names.emplace_back(statement.ColumnName(i));
-    }
-    TablePlan plan = MakeTablePlan(names, options, where);
-    TableData data(plan, Utf8(file), /*by_line=*/false);
-    Table table{.plan = std::move(plan), .data = std::move(data)};
-    Progress shown("reading " + Utf8(file), progress);
-    QueryReader(statement, table).Run(shown);
-    return table;
-  } catch (const DatabaseError& error) {
-    throw InputError(error.what());
+QueryTable::QueryTable(const std::filesystem::path& file, const std::string& query, bool progress)
+    : name_(Utf8(file)),
+      database_(file, Database::Mode::kRead),
+      statement_(database_, query, &rest_),
+      progress_(progress) {
+  CheckStatement(statement_, rest_, name_ + ": ");
+}
+
+TableHeader QueryTable::ReadHeader() const {
+  TableHeader header{.names = {}, .where = name_ + ": "};
+  for (int i = 0; i < statement_.Columns(); ++i) {
+    header.names.emplace_back(statement_.ColumnName(i));
   }
+  return header;
+}
+
+TableRows QueryTable::ReadRows(const TablePlan& plan) {
+  TableRows rows(plan, name_, /*by_line=*/false);
+  Progress progress("reading " + name_, progress_);
+  QueryReader(statement_, plan, rows).Run(progress);
+  return rows;
 }
 
 }  // namespace host

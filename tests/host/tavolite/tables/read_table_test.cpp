@@ -1,4 +1,4 @@
-#include "tavolite/tables/table_model.h"
+#include "tavolite/tables/read_table.h"
 
 #include <gtest/gtest.h>
 
@@ -10,6 +10,7 @@
 #include "base/database.h"
 #include "base/input_error.h"
 #include "instance/names.h"
+#include "tavolite/tables/text_table.h"
 #include "tests/support/program.h"
 
 namespace host {
@@ -53,13 +54,13 @@ SolveOptions Query(const std::filesystem::path& file, const char* query,
 TableModel FromText(const std::string& text, const TableOptions& options, char separator = ',',
                     std::size_t block = 0, unsigned threads = 0) {
   std::istringstream stream(text);
-  return MakeTableModel(ReadTextTable({.stream = &stream,
-                                       .name = "t.csv",
-                                       .block = block,
-                                       .threads = threads,
-                                       .separator = separator},
-                                      options),
-                        options, "t.csv: ");
+  TextTable table({.stream = &stream,
+                   .name = "t.csv",
+                   .block = block,
+                   .threads = threads,
+                   .separator = separator});
+  const TablePlan plan = MakeTablePlan(table.ReadHeader(), options);
+  return MakeTableModel(plan, table.ReadRows(plan), options.intercept);
 }
 
 std::string Failure(const std::string& text, const TableOptions& options, std::size_t block = 0) {
@@ -71,8 +72,9 @@ std::string Failure(const std::string& text, const TableOptions& options, std::s
   return "no failure";
 }
 
-TEST(TableModelTest, SignsNamesAndOptionFile) {
-  const TableModel made = FromText("y,x,z\n10,1,2\n-20,0,3.5\n30,4,-5\n", Response("y"));
+TEST(ReadTableTest, SignsNamesAndOptionFile) {
+  const TableModel made =
+      FromText("\xEF\xBB\xBFy,x,z\r\n10,1,2\r\n-20,0,3.5\r\n30,4,-5", Response("y"));
   const std::vector<std::string> expected{"fit(1): y=10 x=1 z=2", "fit(2): y=-20 x=0 z=3.5",
                                           "fit(3): y=30 x=4 z=-5", "objective: y=0 rss=-1"};
   EXPECT_EQ(Rows(made.model), expected);
@@ -85,24 +87,7 @@ TEST(TableModelTest, SignsNamesAndOptionFile) {
   EXPECT_TRUE(made.notes.empty());
 }
 
-// One table, many spellings.
-TEST(TableModelTest, SpellingsOfOneTable) {
-  const TableOptions options = Response("y");
-  const std::string plain = "y,a b,c\n1,2,3\n4,5,7\n7,8,8\n";
-  const std::vector<std::string> expected = Rows(FromText(plain, options).model);
-  for (const char* text : {
-           "\xEF\xBB\xBFy,a b,c\r\n1,2,3\r\n4,5,7\r\n7,8,8",
-           "\"y\",\"a b\",\"c\"\n\"1\",\"2\",\"3\"\n4,5,7\n\"7\",8,\"8\"\n",
-           "\n y , a b ,c\n\n +1, 2 ,3.0\n4e0,0.5E+1,\t7\n   \n \"7\" ,8.,\" 8\"\n\n",
-       }) {
-    EXPECT_EQ(Rows(FromText(text, options).model), expected) << text;
-  }
-  EXPECT_EQ(Rows(FromText("y\ta b\tc\n1\t 2\t3\n4\t5\t7\n7\t8\t8\n", options, '\t').model),
-            expected);
-  EXPECT_EQ(Rows(FromText("y;a b;c\n1;2;3\n4;5;7\n7;8;8\n", options, ';').model), expected);
-}
-
-TEST(TableModelTest, RowsWithMissingValuesAreLeftOutAndCounted) {
+TEST(ReadTableTest, RowsWithMissingValuesAreLeftOutAndCounted) {
   TableOptions options = Response("y");
   options.drop = {"unused"};
   const TableModel made = FromText(
@@ -115,7 +100,7 @@ TEST(TableModelTest, RowsWithMissingValuesAreLeftOutAndCounted) {
             "4 of 8 rows have missing values and are left out, the first of them in line 3");
 }
 
-TEST(TableModelTest, LabelsKeyTheRows) {
+TEST(ReadTableTest, LabelsKeyTheRows) {
   TableOptions options = Response("y");
   options.labels = {"land,year"};
   const std::string text = "land,year,y,x\n\"A \"\"1\"\"\nB\",2001,1,2\n";
@@ -136,7 +121,7 @@ TEST(TableModelTest, LabelsKeyTheRows) {
             "fit(C,2): y=2 x=3 year=2");
 }
 
-TEST(TableModelTest, FactorsGiveOneColumnPerLevelButTheFirst) {
+TEST(ReadTableTest, FactorsGiveOneColumnPerLevelButTheFirst) {
   TableOptions options = Response("y");
   options.factors = {"f", "n"};
   const TableModel made = FromText(
@@ -149,7 +134,7 @@ TEST(TableModelTest, FactorsGiveOneColumnPerLevelButTheFirst) {
   EXPECT_EQ(made.notes[2], "factor n: 3 levels, measured against 9");
 }
 
-TEST(TableModelTest, ChoiceOfColumnsAndIntercept) {
+TEST(ReadTableTest, ChoiceOfColumnsAndIntercept) {
   const std::string text = "one,y,\"a,b\",c,\n1,1,2,3,x\n1,2,4,5,y\n1,3,7,5,z\n";
   TableOptions options = Response("y");
   TableModel made = FromText(text, options);
@@ -170,35 +155,9 @@ TEST(TableModelTest, ChoiceOfColumnsAndIntercept) {
   EXPECT_EQ(made.model.dictionary.labels, (std::vector<std::string>{"1", "2", "3"}));
 }
 
-TEST(TableModelTest, OptionsThatDontFit) {
-  const std::string text = "y,x,z\n1,2,3\n2,3,5\n4,4,4\n";
-  const auto with = [&](auto&& change) {
-    TableOptions options = Response("y");
-    change(options);
-    return Failure(text, options);
-  };
-  EXPECT_EQ(with([](TableOptions& o) { o.response = "Y"; }),
-            "t.csv:1: --response: there is no column \"Y\"; the columns are y, x, z");
-  EXPECT_EQ(with([](TableOptions& o) { o.regressors = {"x,w"}; }),
-            "t.csv:1: --regressors: there is no column \"w\"; the columns are y, x, z");
-  EXPECT_EQ(with([](TableOptions& o) { o.regressors = {"x,x"}; }),
-            "t.csv:1: --regressors: the column \"x\" is named twice");
-  EXPECT_EQ(with([](TableOptions& o) { o.regressors = {"x,y"}; }),
-            "t.csv:1: the column \"y\" is both the response and a regressor");
-  EXPECT_EQ(with([](TableOptions& o) {
-              o.drop = {"x"};
-              o.labels = {"x"};
-            }),
-            "t.csv:1: the column \"x\" is both dropped and used");
-  EXPECT_EQ(with([](TableOptions& o) {
-              o.drop = {"x", "z"};
-            }),
-            "t.csv:1: no column is left as a regressor");
-}
-
 // Rows, numbers of lines and the first error are the same wherever the file is cut and whoever
 // parses the pieces.
-TEST(TableModelTest, BlocksAndThreadsChangeNothing) {
+TEST(ReadTableTest, BlocksAndThreadsChangeNothing) {
   std::mt19937 random(3);
   std::string text = "y,x,\"na\nme\",f\n";
   for (int i = 0; i < 300; ++i) {
@@ -224,7 +183,7 @@ TEST(TableModelTest, BlocksAndThreadsChangeNothing) {
   }
 }
 
-TEST(TableModelTest, QueriesGiveTheSameAsText) {
+TEST(ReadTableTest, QueriesGiveTheSameAsText) {
   const testing_support::TemporaryDirectory directory("d\xC3\xA4ten");
   const std::filesystem::path file = directory / "t.db";
   {
@@ -237,8 +196,7 @@ TEST(TableModelTest, QueriesGiveTheSameAsText) {
   }
   TableOptions options = Response("y");
   options.labels = {"k"};
-  const TableModel made =
-      ReadTableModel(Query(file, "select k, y, x from t order by k desc;", options));
+  const TableModel made = ReadTable(Query(file, "select k, y, x from t order by k desc;", options));
   const std::vector<std::string> expected{"fit(f): y=9.0072e+15 x=-1", "fit(d): y=4 x=1",
                                           "fit(b): y=2 x=3", "fit(a): y=1 x=2.5",
                                           "objective: y=0 rss=-1"};
@@ -268,7 +226,7 @@ TEST(TableModelTest, QueriesGiveTheSameAsText) {
   };
   for (const auto& c : cases) {
     try {
-      ReadTableModel(Query(file, c.query, Response("y")));
+      ReadTable(Query(file, c.query, Response("y")));
       ADD_FAILURE() << c.query;
     } catch (const InputError& error) {
       EXPECT_EQ(error.what(), testing_support::Utf8(file) + c.failure) << c.query;

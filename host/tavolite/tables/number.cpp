@@ -1,4 +1,4 @@
-#include "tavolite/tables/table_number.h"
+#include "tavolite/tables/number.h"
 
 #include <algorithm>
 

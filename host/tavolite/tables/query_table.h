@@ -1,0 +1,32 @@
+// Tables that a query of an SQLite database gives.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+#include "base/database.h"
+#include "tavolite/tables/plan.h"
+#include "tavolite/tables/rows.h"
+
+namespace host {
+
+// One statement that only reads, on a file that is opened for reading. Values count as stored: NULL
+// is missing, a text in a column of numbers is taken as in a text table. Throws InputError and
+// DatabaseError.
+class QueryTable {
+ public:
+  QueryTable(const std::filesystem::path& file, const std::string& query, bool progress);
+
+  [[nodiscard]] TableHeader ReadHeader() const;
+  TableRows ReadRows(const TablePlan& plan);
+
+ private:
+  std::string name_;
+  Database database_;
+  std::string_view rest_;  // of the query, behind the statement
+  Statement statement_;
+  bool progress_;
+};
+
+}  // namespace host
