@@ -160,6 +160,11 @@ std::string_view Statement::ColumnName(int column) const {
   return sqlite3_column_name(statement_, column);
 }
 
+std::int64_t Pragma(Database& database, std::string_view name) {
+  Statement statement(database, std::string("PRAGMA ").append(name));
+  return statement.Step() ? statement.Int(0) : 0;
+}
+
 BlobReader::BlobReader(Database& database, const char* table, const char* column, std::int64_t row)
     : database_(&database) {
   database.Check(sqlite3_blob_open(database.Connection(), "main", table, column, row, 0, &blob_));

@@ -79,6 +79,9 @@ class Statement {
   sqlite3_stmt* statement_ = nullptr;
 };
 
+// The value of a pragma, 0 when it has none.
+std::int64_t Pragma(Database& database, std::string_view name);
+
 // One blob, read in pieces into the caller's memory; it is never in memory as a whole.
 class BlobReader {
  public:

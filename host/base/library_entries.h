@@ -8,6 +8,7 @@
 #include <memory>
 #include <span>
 #include <string_view>
+#include <type_traits>
 
 #if defined(_WIN32)
 #define HOST_EXPORT extern "C" __declspec(dllexport)
@@ -15,11 +16,57 @@
 #define HOST_EXPORT extern "C" __attribute__((visibility("default")))
 #endif
 
+// A library has one list of its functions, `#define NAME_FUNCTIONS(ENTRY) ENTRY(name, codes...)
+// ...`, with the result's code first and then one code per argument. NAME_FUNCTIONS(HOST_DECLARE)
+// declares them and NAME_FUNCTIONS(HOST_SIGNATURE) fills a table of signatures.
+#define HOST_DECLARE(name, ...) HOST_EXPORT host::EntryType<__VA_ARGS__> name;
+#define HOST_SIGNATURE(name, ...) {#name, {__VA_ARGS__}},
+
 namespace host {
 
-// A function's name and its signature: the result's code, then one code per argument. 0 nothing,
-// 1 handle, 2 cursor, 3 int, 4 int by reference, 9 long text in, 11 short string in, 12 and 17
-// short string out, 13 double, 14 double by reference, 19 character out, 52 label numbers out.
+// The C type that stands for a signature code.
+template <int code>
+auto CTypeOf() {
+  if constexpr (code == 1) {  // handle
+    return std::type_identity<void*>();
+  } else if constexpr (code == 2) {  // cursor, updated
+    return std::type_identity<void**>();
+  } else if constexpr (code == 3) {
+    return std::type_identity<int>();
+  } else if constexpr (code == 4 || code == 52) {  // int out, label numbers out
+    return std::type_identity<int*>();
+  } else if constexpr (code == 9 || code == 11 || code == 55) {  // long text, short string, keys
+    return std::type_identity<const char*>();
+  } else if constexpr (code == 12 || code == 17 || code == 19) {  // short string out, character out
+    return std::type_identity<char*>();
+  } else if constexpr (code == 13) {
+    return std::type_identity<double>();
+  } else if constexpr (code == 14) {  // double out
+    return std::type_identity<double*>();
+  } else if constexpr (code == 53) {  // value record
+    return std::type_identity<const double*>();
+  } else {
+    static_assert(code == 0, "unknown signature code");
+    return std::type_identity<void>();
+  }
+}
+template <int code>
+using CType = typename decltype(CTypeOf<code>())::type;
+
+// The C type of a function with these codes: the object's handle comes before the arguments, and a
+// short string as the result is one more, last argument.
+template <int result, int... arguments>
+struct EntryTypeOf {
+  using type = CType<result>(void*, CType<arguments>...);
+};
+template <int... arguments>
+struct EntryTypeOf<12, arguments...> {
+  using type = void(void*, CType<arguments>..., char*);
+};
+template <int... codes>
+using EntryType = typename EntryTypeOf<codes...>::type;
+
+// A function's name and its signature.
 struct Signature {
   std::string_view name;
   std::array<int, 6> codes{};

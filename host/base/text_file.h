@@ -15,6 +15,10 @@ struct FileError : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+inline void Require(bool condition, const char* fault) {
+  if (!condition) throw FileError(fault);
+}
+
 // UTF-8 on every system. FromUtf8 throws FileError where the system can't have such a path.
 std::string Utf8(const std::filesystem::path& path);
 std::filesystem::path FromUtf8(std::string_view text);

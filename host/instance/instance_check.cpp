@@ -9,12 +9,6 @@ namespace host {
 
 namespace {
 
-void Require(bool condition, const char* fault) {
-  if (!condition) {
-    throw FileError(fault);
-  }
-}
-
 void CheckCount(std::int64_t count, const char* what) {
   if (count < 0 || count > kMaxElements) {
     throw FileError(std::string("the number of ") + what + " is not within 0 and " +

@@ -12,12 +12,6 @@ namespace {
 
 using RowList = std::vector<std::int32_t>;
 
-void Require(bool condition, const char* fault) {
-  if (!condition) {
-    throw FileError(fault);
-  }
-}
-
 // Threads are worth their start from here on.
 constexpr std::size_t kLargeColumn = 65536;
 constexpr std::size_t kValuesPerPiece = 32768;

@@ -31,16 +31,6 @@ CREATE TABLE solution(model_status INTEGER NOT NULL, solve_status INTEGER NOT NU
 CREATE TABLE head_and_tail(code INTEGER PRIMARY KEY, value REAL);
 )";
 
-namespace {
-
-std::int64_t Pragma(Database& database, const std::string& name) {
-  Statement statement(database, "PRAGMA " + name);
-  statement.Step();
-  return statement.Int(0);
-}
-
-}  // namespace
-
 Database OpenInstance(const std::filesystem::path& file, Database::Mode mode) {
   try {
     Database database(file, mode);

@@ -10,16 +10,6 @@ namespace host {
 
 namespace {
 
-constexpr int kMaxDimension = 20;
-
-char Lower(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-bool SameName(std::string_view a, std::string_view b) {
-  return std::ranges::equal(a, b, {}, Lower, Lower);
-}
-
 // Number of letters to insert, drop or change to make one name of the other (Levenshtein).
 std::size_t EditDistance(std::string_view a, std::string_view b) {
   std::vector<std::size_t> row(b.size() + 1);
@@ -28,23 +18,12 @@ std::size_t EditDistance(std::string_view a, std::string_view b) {
     std::size_t diagonal = row[0];
     row[0] = i;
     for (std::size_t j = 1; j <= b.size(); ++j) {
-      const std::size_t change = diagonal + (Lower(a[i - 1]) == Lower(b[j - 1]) ? 0U : 1U);
+      const std::size_t change = diagonal + (a[i - 1] == b[j - 1] ? 0U : 1U);
       diagonal = row[j];
       row[j] = std::min({change, row[j] + 1, row[j - 1] + 1});
     }
   }
   return row[b.size()];
-}
-
-std::string QuotedName(std::string_view name) {
-  std::string quoted(1, '"');
-  for (const char c : name) quoted.append(c == '"' ? 2 : 1, c);
-  return quoted += '"';
-}
-
-std::int64_t Pragma(Database& database, std::string_view name) {
-  Statement statement(database, std::string("PRAGMA ").append(name));
-  return statement.Step() ? statement.Int(0) : 0;
 }
 
 }  // namespace
@@ -96,10 +75,12 @@ void TdxReader::ReadSymbols() {
   Statement statement(
       database_, "SELECT name, text, dimension, records, view FROM tdx_symbol ORDER BY number");
   while (statement.Step()) {
-    TdxSymbolInfo symbol{std::string(statement.Text(0)), std::string(statement.Text(1)),
-                         static_cast<int>(statement.Int(2)), statement.Int(3),
-                         std::string(statement.Text(4))};
-    if (symbol.dimension < 0 || symbol.dimension > kMaxDimension) {
+    TdxSymbolInfo symbol{.name = std::string(statement.Text(0)),
+                         .text = std::string(statement.Text(1)),
+                         .dimension = static_cast<int>(statement.Int(2)),
+                         .records = statement.Int(3),
+                         .view = std::string(statement.Text(4))};
+    if (symbol.dimension < 0 || symbol.dimension > kMaxTdxDimension) {
       throw Error("the TDX file is damaged or incomplete: dimension of " + symbol.name);
     }
     symbols_.push_back(std::move(symbol));
@@ -108,7 +89,7 @@ void TdxReader::ReadSymbols() {
 
 const TdxSymbolInfo* TdxReader::Find(std::string_view name) const {
   const auto found = std::ranges::find_if(
-      symbols_, [&](const TdxSymbolInfo& symbol) { return SameName(symbol.name, name); });
+      symbols_, [&](const TdxSymbolInfo& symbol) { return IsSameName(symbol.name, name); });
   return found == symbols_.end() ? nullptr : &*found;
 }
 
@@ -116,8 +97,10 @@ const TdxSymbolInfo& TdxReader::Get(std::string_view name) const {
   if (const TdxSymbolInfo* symbol = Find(name); symbol != nullptr) return *symbol;
   std::string text = "there is no symbol " + QuotedName(name);
   if (!symbols_.empty()) {
-    const auto nearest = std::ranges::min_element(
-        symbols_, {}, [&](const TdxSymbolInfo& symbol) { return EditDistance(symbol.name, name); });
+    const std::string folded = FoldedName(name);
+    const auto nearest = std::ranges::min_element(symbols_, {}, [&](const TdxSymbolInfo& symbol) {
+      return EditDistance(FoldedName(symbol.name), folded);
+    });
     text += "; the nearest is " + QuotedName(nearest->name);
   }
   throw Error(text);

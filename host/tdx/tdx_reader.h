@@ -13,6 +13,7 @@
 
 #include "base/database.h"
 #include "base/text_file.h"
+#include "tdx/tdx_schema.h"
 
 namespace host {
 
@@ -20,14 +21,6 @@ struct TdxHeader {
   std::string producer;
   std::string library_version;
   std::string created;  // UTC, as 2025-01-31T12:00:00Z
-};
-
-struct TdxSymbolInfo {
-  std::string name;
-  std::string text;
-  int dimension = 0;
-  std::int64_t records = 0;
-  std::string view;
 };
 
 // The records of one symbol in their order.

@@ -10,9 +10,11 @@
 #include "binding/module.h"
 #include "binding/optf9glu.h"
 #include "binding/palmf9glu.h"
+#include "binding/tdxf9glu.h"
 #include "binding/tevmf9glu.h"
 #include "binding/tmomf9glu.h"
 #include "kervdclib/exports.h"
+#include "tdxdclib/exports.h"
 #include "tptdclib/exports.h"
 
 namespace {
@@ -58,6 +60,12 @@ Functions OptFunctions() {
   LINFIT_OPT_FUNCTIONS(HOST_EXPECTED);
   return functions;
 }
+Functions TdxFunctions() {
+  using namespace linfit;  // NOLINT: the types in the list
+  Functions functions;
+  LINFIT_TDX_FUNCTIONS(HOST_EXPECTED);
+  return functions;
+}
 
 template <class Function>
 Function* Entry(linfit::ModuleHandle module, const std::string& name) {
@@ -71,11 +79,10 @@ TEST(HostInterface, AcceptsTheSolversSignaturesAndVersionsOnly) {
     Functions functions;
     int version;
   };
-  const Library libraries[] = {{KERVDCLIB, "pal", PalFunctions(), 1},
-                               {KERVDCLIB, "tev", TevFunctions(), 6},
-                               {KERVDCLIB, "tmo", TmoFunctions(), 16},
-                               {KERVDCLIB, "dct", DctFunctions(), 2},
-                               {TPTDCLIB, "", OptFunctions(), 4}};
+  const Library libraries[] = {
+      {KERVDCLIB, "pal", PalFunctions(), 1},  {KERVDCLIB, "tev", TevFunctions(), 6},
+      {KERVDCLIB, "tmo", TmoFunctions(), 16}, {KERVDCLIB, "dct", DctFunctions(), 2},
+      {TPTDCLIB, "", OptFunctions(), 4},      {TDXDCLIB, "", TdxFunctions(), 7}};
   for (const Library& library : libraries) {
     const linfit::ModuleHandle module = linfit::LoadModule(library.file);
     ASSERT_NE(module, nullptr) << linfit::ModuleFailure();

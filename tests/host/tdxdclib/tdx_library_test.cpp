@@ -10,7 +10,6 @@
 #include <set>
 
 #include "base/database.h"
-#include "binding/module.h"
 #include "tests/host/tdxdclib/tdx_session.h"
 
 namespace host {
@@ -320,32 +319,6 @@ TEST(TdxLibrary, AFailureIsCountedWhenItsSymbolEnds) {
   }
 }
 #endif
-
-// The entries that answer before there is an object.
-TEST(TdxLibrary, VersionAndCheck) {
-  const linfit::ModuleHandle module = linfit::LoadModule(TDX_LIBRARY);
-  ASSERT_NE(module, nullptr) << linfit::ModuleFailure();
-  const auto version =
-      reinterpret_cast<int (*)(int, char*, int*)>(linfit::FindExport(module, "CXAPIVersion"));
-  const auto check = reinterpret_cast<int (*)(const char*, int, const int*, char*)>(
-      linfit::FindExport(module, "CXCheck"));
-  std::array<char, 256> message{};
-  int compatibility = 0;
-  EXPECT_NE(version(7, message.data(), &compatibility), 0);
-  EXPECT_STREQ(message.data(), "");
-  for (const int refused : {6, 8}) {
-    EXPECT_EQ(version(refused, message.data(), &compatibility), 0);
-    EXPECT_NE(std::string(message.data()).find(std::to_string(refused)), std::string::npos);
-  }
-  const std::array<int, 5> codes{3, 11, 11, 4, 4};
-  EXPECT_NE(check("tdxOpenWrite", 3, codes.data(), message.data()), 0);
-  EXPECT_EQ(check("tdxOpenWrite", 4, codes.data(), message.data()), 0);
-  EXPECT_EQ(check("tdxOpenWrite", 2, codes.data(), message.data()), 0);
-  EXPECT_EQ(check("tdxDataWriteStr", 3, codes.data(), message.data()), 0);
-  EXPECT_EQ(check("tdxOpenRead", 3, codes.data(), message.data()), 0);
-  EXPECT_NE(std::string(message.data()).find("tdxOpenRead"), std::string::npos);
-  linfit::UnloadModule(module);
-}
 
 }  // namespace
 }  // namespace host

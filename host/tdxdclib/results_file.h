@@ -14,26 +14,23 @@
 #include <string_view>
 #include <vector>
 
+#include "tdx/label_table.h"
+#include "tdx/tdx_writer.h"
 #include "tdxdclib/key_set.h"
-#include "tdxdclib/label_table.h"
-#include "tdxdclib/tdx_database.h"
 
 namespace host {
 
-inline constexpr std::size_t kMaxTdxNameLength = 63;  // of a symbol's name or a label, in bytes
-inline constexpr int kMaxTdxDimension = 20;
-
-class TdxWriter {
+class ResultsFile {
  public:
-  TdxWriter() = default;
-  TdxWriter(const TdxWriter&) = delete;
-  TdxWriter& operator=(const TdxWriter&) = delete;
-  ~TdxWriter() { Abandon(); }
+  ResultsFile() = default;
+  ResultsFile(const ResultsFile&) = delete;
+  ResultsFile& operator=(const ResultsFile&) = delete;
+  ~ResultsFile() { Abandon(); }
 
   // Each is true on success; false counts an error or follows one. Open forgets the errors of an
   // earlier file.
   bool Open(std::string_view file_name, std::string_view producer);
-  bool StartSymbol(TdxSymbol symbol);
+  bool StartSymbol(TdxSymbolInfo symbol);
   // `keys`: as many short strings as the symbol has dimensions, 256 bytes each.
   bool WriteRecord(const char* keys, double value);
   bool EndSymbol();
@@ -56,7 +53,7 @@ class TdxWriter {
   bool FailFile(const std::string& what);
   template <class Step>
   bool OnFile(const Step& step);
-  [[nodiscard]] std::string SymbolFault(const TdxSymbol& symbol) const;
+  [[nodiscard]] std::string SymbolFault(const TdxSymbolInfo& symbol) const;
   void StartKeys(int dimension);
   bool NumberLabels(const char* keys);
   [[nodiscard]] std::string KeyText() const;
@@ -64,11 +61,11 @@ class TdxWriter {
 
   std::filesystem::path target_;
   std::filesystem::path temporary_;
-  std::unique_ptr<TdxDatabase> database_;
+  std::unique_ptr<TdxWriter> writer_;
   bool broken_ = false;  // the file failed
   LabelTable labels_;
   KeySet keys_;
-  std::vector<TdxSymbol> symbols_;
+  std::vector<TdxSymbolInfo> symbols_;
   SymbolState symbol_state_ = SymbolState::kNone;
   std::vector<std::int32_t> key_;  // of the last record; serves as a hint for the next one's labels
   std::vector<std::int32_t> first_key_;  // of the symbol; the next symbol may begin likewise

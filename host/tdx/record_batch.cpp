@@ -1,12 +1,8 @@
-#include "tdxdclib/record_batch.h"
+#include "tdx/record_batch.h"
+
+#include "tdx/tdx_schema.h"
 
 namespace host {
-
-namespace {
-
-constexpr int kMaxDimension = 20;
-
-}  // namespace
 
 void LabelRows::Result(sqlite3_context* context, std::size_t row, int) const {
   const std::size_t begin = row == 0 ? 0 : ends[row - 1];
@@ -17,7 +13,7 @@ void LabelRows::Result(sqlite3_context* context, std::size_t row, int) const {
 // One table serves symbols of every dimension.
 std::string RecordRows::Declaration() {
   std::string columns = "value";
-  for (int k = 1; k <= kMaxDimension; ++k) columns += ", label" + std::to_string(k);
+  for (int k = 1; k <= kMaxTdxDimension; ++k) columns += ", " + TdxLabelColumn(k);
   return "CREATE TABLE x(" + columns + ")";
 }
 

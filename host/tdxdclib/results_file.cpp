@@ -1,4 +1,4 @@
-#include "tdxdclib/tdx_writer.h"
+#include "tdxdclib/results_file.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -19,21 +19,12 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::size_t kMaxKeptErrors = 100;  // further ones are only counted
-constexpr int kParameterType = 1;
 
+// For a message, as it stands.
 std::string Quoted(std::string_view text) {
   std::string quoted(1, '"');
   quoted += text;
   return quoted += '"';
-}
-
-char Lower(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-// Names that differ in the case of their letters only are one name to SQL.
-bool SameName(std::string_view a, std::string_view b) {
-  return std::ranges::equal(a, b, {}, Lower, Lower);
 }
 
 bool HoldsZeroByte(std::string_view text) {
@@ -60,14 +51,14 @@ void CreateEmptyFile(const fs::path& file) {
 
 }  // namespace
 
-bool TdxWriter::Fail(std::string text) {
+bool ResultsFile::Fail(std::string text) {
   ++error_count_;
   if (errors_.size() == kMaxKeptErrors) errors_.pop_back();
   errors_.push_back(std::move(text));
   return false;
 }
 
-bool TdxWriter::FailFile(const std::string& what) {
+bool ResultsFile::FailFile(const std::string& what) {
   broken_ = true;
   std::string text = what;
   // SQLite's texts start with the name of the file it has open.
@@ -78,7 +69,7 @@ bool TdxWriter::FailFile(const std::string& what) {
 
 // Does something with the file; a failure is counted, and nothing is done with the file any more.
 template <class Step>
-bool TdxWriter::OnFile(const Step& step) {
+bool ResultsFile::OnFile(const Step& step) {
   if (broken_) return false;
   try {
     step();
@@ -88,8 +79,8 @@ bool TdxWriter::OnFile(const Step& step) {
   }
 }
 
-bool TdxWriter::Open(std::string_view file_name, std::string_view producer) {
-  if (database_ != nullptr) return Fail("a file is open already: " + Utf8(target_));
+bool ResultsFile::Open(std::string_view file_name, std::string_view producer) {
+  if (writer_ != nullptr) return Fail("a file is open already: " + Utf8(target_));
   Abandon();
   errors_.clear();
   error_count_ = 0;
@@ -100,13 +91,13 @@ bool TdxWriter::Open(std::string_view file_name, std::string_view producer) {
     target_ = ResolvedTarget(target_);
     temporary_ = MakeTemporaryName(target_);
     CreateEmptyFile(temporary_);
-    database_ = std::make_unique<TdxDatabase>(temporary_, std::string(producer),
-                                              std::string(kTdxLibraryVersion));
+    writer_ = std::make_unique<TdxWriter>(temporary_, std::string(producer),
+                                          std::string(kTdxLibraryVersion));
   });
 }
 
 // Empty when the symbol can be written.
-std::string TdxWriter::SymbolFault(const TdxSymbol& symbol) const {
+std::string ResultsFile::SymbolFault(const TdxSymbolInfo& symbol) const {
   const std::string name = "symbol " + Quoted(symbol.name) + ": ";
   if (symbol.name.empty()) return "a symbol without a name";
   if (symbol.name.size() > kMaxTdxNameLength) return name + "the name is longer than 63 bytes";
@@ -114,17 +105,18 @@ std::string TdxWriter::SymbolFault(const TdxSymbol& symbol) const {
   if (symbol.dimension < 0 || symbol.dimension > kMaxTdxDimension) {
     return name + "dimension " + std::to_string(symbol.dimension) + " is not between 0 and 20";
   }
-  if (symbol.type != kParameterType) {
+  if (symbol.type != kTdxParameter) {
     return name + "type " + std::to_string(symbol.type) + " is not supported, only 1 (parameter)";
   }
-  const bool twice = std::ranges::any_of(
-      symbols_, [&](const TdxSymbol& earlier) { return SameName(earlier.name, symbol.name); });
+  const bool twice = std::ranges::any_of(symbols_, [&](const TdxSymbolInfo& earlier) {
+    return IsSameName(earlier.name, symbol.name);
+  });
   return twice ? name + "the file has a symbol of this name already" : "";
 }
 
-bool TdxWriter::StartSymbol(TdxSymbol symbol) {
+bool ResultsFile::StartSymbol(TdxSymbolInfo symbol) {
   if (broken_) return false;
-  if (database_ == nullptr) return Fail("no file is open: symbol " + Quoted(symbol.name));
+  if (writer_ == nullptr) return Fail("no file is open: symbol " + Quoted(symbol.name));
   if (symbol_state_ != SymbolState::kNone) {
     return Fail("symbol " + Quoted(symbol.name) + ": the symbol before it is not done");
   }
@@ -135,12 +127,12 @@ bool TdxWriter::StartSymbol(TdxSymbol symbol) {
   StartKeys(symbol.dimension);
   symbol_state_ = SymbolState::kWriting;
   symbols_.push_back(std::move(symbol));
-  return OnFile([&] { database_->StartSymbol(symbols_.size(), symbols_.back().dimension); });
+  return OnFile([&] { writer_->StartSymbol(symbols_.size(), symbols_.back().dimension); });
 }
 
 // Symbols that follow each other often have the same keys: the first hint is the label before the
 // last symbol's first one.
-void TdxWriter::StartKeys(int dimension) {
+void ResultsFile::StartKeys(int dimension) {
   keys_.Reset(dimension);
   key_.assign(static_cast<std::size_t>(dimension), LabelTable::kNone);
   if (first_key_.size() != key_.size()) return;
@@ -148,7 +140,7 @@ void TdxWriter::StartKeys(int dimension) {
 }
 
 // Fills key_ with the numbers of the record's labels.
-bool TdxWriter::NumberLabels(const char* keys) {
+bool ResultsFile::NumberLabels(const char* keys) {
   for (std::size_t k = 0; k < key_.size(); ++k) {
     const std::string_view label = ShortStringText(keys + k * kShortStringBuffer);
     if (label.size() > kMaxTdxNameLength) {
@@ -163,7 +155,7 @@ bool TdxWriter::NumberLabels(const char* keys) {
   return true;
 }
 
-std::string TdxWriter::KeyText() const {
+std::string ResultsFile::KeyText() const {
   std::string text;
   for (const std::int32_t number : key_) {
     text += text.empty() ? "(" : ",";
@@ -172,7 +164,7 @@ std::string TdxWriter::KeyText() const {
   return text + ")";
 }
 
-bool TdxWriter::WriteRecord(const char* keys, double value) {
+bool ResultsFile::WriteRecord(const char* keys, double value) {
   if (broken_ || symbol_state_ == SymbolState::kRefused) return false;
   if (symbol_state_ == SymbolState::kNone) return Fail("a record without a symbol");
   try {
@@ -182,47 +174,47 @@ bool TdxWriter::WriteRecord(const char* keys, double value) {
       return Fail(key_.empty() ? name + ": a second value of a scalar"
                                : name + ": duplicate key " + KeyText());
     }
-    database_->AddRecord(key_, value, labels_);
-    if (++symbols_.back().record_count == 1) first_key_ = key_;
+    writer_->AddRecord(key_, value, labels_);
+    if (++symbols_.back().records == 1) first_key_ = key_;
     return true;
   } catch (const std::exception& error) {
     return FailFile(error.what());
   }
 }
 
-bool TdxWriter::EndSymbol() {
+bool ResultsFile::EndSymbol() {
   if (broken_) return false;
   if (symbol_state_ == SymbolState::kNone) return Fail("the end of a symbol that was not begun");
   const bool written = symbol_state_ == SymbolState::kWriting;
   symbol_state_ = SymbolState::kNone;
-  return written && OnFile([&] { database_->EndSymbol(); });
+  return written && OnFile([&] { writer_->EndSymbol(); });
 }
 
-bool TdxWriter::PutInPlace() {
+bool ResultsFile::PutInPlace() {
   if (error_count_ > 0) return false;
   if (symbol_state_ != SymbolState::kNone) {
     return Fail("symbol " + Quoted(symbols_.back().name) + " is not done");
   }
-  return OnFile([&] { database_->Finish(symbols_, labels_); }) &&
+  return OnFile([&] { writer_->Finish(symbols_, labels_); }) &&
          OnFile([&] { MoveOver(temporary_, target_); });
 }
 
-bool TdxWriter::Close() {
-  if (database_ == nullptr) return error_count_ > 0 ? false : Fail("no file is open");
+bool ResultsFile::Close() {
+  if (writer_ == nullptr) return error_count_ > 0 ? false : Fail("no file is open");
   const bool done = PutInPlace();
   Abandon();
   return done;
 }
 
-void TdxWriter::Abandon() {
-  database_.reset();
+void ResultsFile::Abandon() {
+  writer_.reset();
   if (!temporary_.empty()) {
     std::error_code ignored;  // after Close there is nothing to remove
     fs::remove(temporary_, ignored);
   }
   temporary_.clear();
   broken_ = false;
-  labels_ = LabelTable();
+  labels_.Clear();
   keys_.Reset(0);
   symbols_.clear();
   symbol_state_ = SymbolState::kNone;
@@ -230,11 +222,11 @@ void TdxWriter::Abandon() {
   first_key_.clear();
 }
 
-int TdxWriter::CurrentDimension() const {
+int ResultsFile::CurrentDimension() const {
   return static_cast<int>(key_.size());
 }
 
-std::string TdxWriter::ErrorText(int number) const {
+std::string ResultsFile::ErrorText(int number) const {
   if (number == 0) return "no error";
   if (number < 0 || number > LastError()) {
     return "there is no error " + std::to_string(number);

@@ -1,0 +1,58 @@
+// Writing a results file: its tables, batches of records and the views. The caller sees to it that
+// names, dimensions and keys are right.
+//
+// Every failure is an exception, mostly a DatabaseError. The file is of no use then.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "base/background.h"
+#include "base/database.h"
+#include "tdx/label_table.h"
+#include "tdx/record_batch.h"
+#include "tdx/tdx_schema.h"
+
+namespace host {
+
+class TdxWriter {
+ public:
+  // Makes the file, with `producer` and the time in its header.
+  TdxWriter(const std::filesystem::path& file, const std::string& producer,
+            const std::string& library_version);
+  TdxWriter(const TdxWriter&) = delete;
+  TdxWriter& operator=(const TdxWriter&) = delete;
+
+  // Symbols are numbered from 1.
+  void StartSymbol(std::size_t number, int dimension);
+  // `labels` knows the labels of the key. A failure of a record may show at a later one, at the
+  // latest at the end of its symbol.
+  void AddRecord(std::span<const std::int32_t> key, double value, const LabelTable& labels);
+  void EndSymbol();
+  // Writes the list of symbols, the rest of the labels and the views, and closes the file. The
+  // names of the views are chosen here.
+  void Finish(const std::vector<TdxSymbolInfo>& symbols, const LabelTable& labels);
+
+ private:
+  void CollectLabels(const LabelTable& labels);
+  void HandOver();
+  void InsertWaiting();
+  void WriteSymbols(const std::vector<TdxSymbolInfo>& symbols);
+
+  RecordBatch batch_;                  // being filled
+  std::int32_t collected_labels_ = 0;  // the first so many have gone into a batch
+  // Waits to be inserted, or is being inserted. The connection reads from it and so goes first.
+  RecordBatch waiting_;
+  Database database_;
+  std::unique_ptr<Statement> insert_labels_;
+  std::unique_ptr<Statement> insert_records_;
+  // Inserts the full batches of a symbol. Last: it uses the others.
+  Background background_;
+};
+
+}  // namespace host
