@@ -27,56 +27,71 @@ HOST_EXPORT int CdctXCheck(const char* name, int arguments, const int* codes, ch
 HOST_EXPORT int CdctXAPIVersion(int version, char* message, int* compatibility);
 
 // Audit: the printed line is the template without its markers "_TAVO_" and "_OVAT_".
-HOST_EXPORT void palSetAuditLine(void* handle, const char* line);
-HOST_EXPORT void palGetAuditLine(void* handle, char* line);
+#define AUDIT_FUNCTIONS(ENTRY)  \
+  ENTRY(palSetAuditLine, 0, 11) \
+  ENTRY(palGetAuditLine, 12)
 
 // Environment. Results are 0 on success.
-HOST_EXPORT int tevInitEnvironmentLegacy(void* handle, const char* control_file);
-HOST_EXPORT void tevLog(void* handle, const char* line);
-HOST_EXPORT void tevLogStat(void* handle, const char* line);
-HOST_EXPORT void tevStat(void* handle, const char* line);
-HOST_EXPORT void tevStatC(void* handle, const char* line);
-HOST_EXPORT void tevStatAudit(void* handle, const char* line);
-HOST_EXPORT void tevStatCon(void* handle);
-HOST_EXPORT void tevStatCoff(void* handle);
-HOST_EXPORT void tevStatPChar(void* handle, const char* text);
-HOST_EXPORT void tevGetStrOpt(void* handle, const char* name, char* value);
-HOST_EXPORT double tevTimeDiff(void* handle);
+#define ENVIRONMENT_FUNCTIONS(ENTRY)     \
+  /* control file */                     \
+  ENTRY(tevInitEnvironmentLegacy, 3, 11) \
+  ENTRY(tevLog, 0, 11)                   \
+  ENTRY(tevLogStat, 0, 11)               \
+  ENTRY(tevStat, 0, 11)                  \
+  ENTRY(tevStatC, 0, 11)                 \
+  ENTRY(tevStatAudit, 0, 11)             \
+  ENTRY(tevStatCon, 0)                   \
+  ENTRY(tevStatCoff, 0)                  \
+  ENTRY(tevStatPChar, 0, 9)              \
+  /* name; gives the value */            \
+  ENTRY(tevGetStrOpt, 12, 11)            \
+  ENTRY(tevTimeDiff, 13)
 
 // Model object. Int results that are no count or number are 0 on success.
-HOST_EXPORT int tmoRegisterEnvironment(void* handle, void* environment, char* message);
-HOST_EXPORT int tmoLoadDataLegacy(void* handle, char* message);
-HOST_EXPORT int tmoOptFile(void* handle);
-HOST_EXPORT void tmoNameOptFile(void* handle, char* name);
-HOST_EXPORT void* tmoDict(void* handle);
-HOST_EXPORT int tmoDictionary(void* handle);
-HOST_EXPORT void tmoIndexBaseSet(void* handle, int base);
-HOST_EXPORT void tmoObjStyleSet(void* handle, int style);
-HOST_EXPORT void tmoPinfSet(void* handle, double value);
-HOST_EXPORT void tmoMinfSet(void* handle, double value);
-HOST_EXPORT int tmoM(void* handle);
-HOST_EXPORT int tmoN(void* handle);
-HOST_EXPORT int tmoObjVar(void* handle);
-HOST_EXPORT int tmoObjRow(void* handle);
-HOST_EXPORT int tmoGetColStat(void* handle, int column, int* entries, int* quadratic,
-                              int* nonlinear, int* objective);
-HOST_EXPORT void tmoGetColJacInfoOne(void* handle, int column, void** cursor, double* value,
-                                     int* row, int* nonlinear);
-HOST_EXPORT double tmoGetRhsOne(void* handle, int row);
-HOST_EXPORT int tmoGetEquTypeOne(void* handle, int row);
-HOST_EXPORT double tmoGetVarLowerOne(void* handle, int column);
-HOST_EXPORT double tmoGetVarUpperOne(void* handle, int column);
-HOST_EXPORT void tmoSetHeadnTail(void* handle, int code, double value);
-HOST_EXPORT int tmoSetSolutionVarRec(void* handle, int column, double level, double marginal,
-                                     int basis, int status);
-HOST_EXPORT int tmoSetSolutionEquRec(void* handle, int row, double level, double marginal,
-                                     int basis, int status);
-HOST_EXPORT void tmoModelStatSet(void* handle, int status);
-HOST_EXPORT void tmoSolveStatSet(void* handle, int status);
-HOST_EXPORT int tmoUnloadSolutionLegacy(void* handle);
+#define MODEL_FUNCTIONS(ENTRY)                                                        \
+  /* environment, message */                                                          \
+  ENTRY(tmoRegisterEnvironment, 3, 1, 12)                                             \
+  ENTRY(tmoLoadDataLegacy, 3, 12)                                                     \
+  ENTRY(tmoOptFile, 3)                                                                \
+  ENTRY(tmoNameOptFile, 12)                                                           \
+  ENTRY(tmoDict, 1)                                                                   \
+  ENTRY(tmoDictionary, 3)                                                             \
+  ENTRY(tmoIndexBaseSet, 0, 3)                                                        \
+  ENTRY(tmoObjStyleSet, 0, 3)                                                         \
+  ENTRY(tmoPinfSet, 0, 13)                                                            \
+  ENTRY(tmoMinfSet, 0, 13)                                                            \
+  ENTRY(tmoM, 3)                                                                      \
+  ENTRY(tmoN, 3)                                                                      \
+  ENTRY(tmoObjVar, 3)                                                                 \
+  ENTRY(tmoObjRow, 3)                                                                 \
+  /* column; entries, quadratic, nonlinear, whether it occurs in the objective row */ \
+  ENTRY(tmoGetColStat, 3, 3, 4, 4, 4, 4)                                              \
+  /* column, cursor; value, row, nonlinear */                                         \
+  ENTRY(tmoGetColJacInfoOne, 0, 3, 2, 14, 4, 4)                                       \
+  ENTRY(tmoGetRhsOne, 13, 3)                                                          \
+  ENTRY(tmoGetEquTypeOne, 3, 3)                                                       \
+  ENTRY(tmoGetVarLowerOne, 13, 3)                                                     \
+  ENTRY(tmoGetVarUpperOne, 13, 3)                                                     \
+  /* code, value */                                                                   \
+  ENTRY(tmoSetHeadnTail, 0, 3, 13)                                                    \
+  /* row or column, level, marginal, basis, status */                                 \
+  ENTRY(tmoSetSolutionVarRec, 3, 3, 13, 13, 3, 3)                                     \
+  ENTRY(tmoSetSolutionEquRec, 3, 3, 13, 13, 3, 3)                                     \
+  ENTRY(tmoModelStatSet, 0, 3)                                                        \
+  ENTRY(tmoSolveStatSet, 0, 3)                                                        \
+  ENTRY(tmoUnloadSolutionLegacy, 3)
 
 // Dictionary. Results are 0 on success, 1 when there is no such row, column, symbol or label.
-HOST_EXPORT int dctSymName(void* handle, int symbol, char* name);
-HOST_EXPORT int dctUelLabel(void* handle, int label, char* quote, char* text);
-HOST_EXPORT int dctColUels(void* handle, int column, int* symbol, int* labels, int* dimension);
-HOST_EXPORT int dctRowUels(void* handle, int row, int* symbol, int* labels, int* dimension);
+#define DICTIONARY_FUNCTIONS(ENTRY)              \
+  /* symbol; name */                             \
+  ENTRY(dctSymName, 3, 3, 17)                    \
+  /* label; quote, text */                       \
+  ENTRY(dctUelLabel, 3, 3, 19, 17)               \
+  /* column or row; symbol, labels, dimension */ \
+  ENTRY(dctColUels, 3, 3, 4, 52, 4)              \
+  ENTRY(dctRowUels, 3, 3, 4, 52, 4)
+
+AUDIT_FUNCTIONS(HOST_DECLARE)
+ENVIRONMENT_FUNCTIONS(HOST_DECLARE)
+MODEL_FUNCTIONS(HOST_DECLARE)
+DICTIONARY_FUNCTIONS(HOST_DECLARE)

@@ -12,57 +12,10 @@ constexpr int kEnvironmentVersion = 6;
 constexpr int kModelVersion = 16;
 constexpr int kDictionaryVersion = 2;
 
-constexpr Signature kAudit[] = {{"palSetAuditLine", {0, 11}}, {"palGetAuditLine", {12}}};
-
-constexpr Signature kEnvironment[] = {
-    {"tevInitEnvironmentLegacy", {3, 11}},
-    {"tevLog", {0, 11}},
-    {"tevLogStat", {0, 11}},
-    {"tevStat", {0, 11}},
-    {"tevStatC", {0, 11}},
-    {"tevStatAudit", {0, 11}},
-    {"tevStatCon", {0}},
-    {"tevStatCoff", {0}},
-    {"tevStatPChar", {0, 9}},
-    {"tevGetStrOpt", {12, 11}},
-    {"tevTimeDiff", {13}},
-};
-
-constexpr Signature kModel[] = {
-    {"tmoRegisterEnvironment", {3, 1, 12}},
-    {"tmoLoadDataLegacy", {3, 12}},
-    {"tmoOptFile", {3}},
-    {"tmoNameOptFile", {12}},
-    {"tmoDict", {1}},
-    {"tmoDictionary", {3}},
-    {"tmoIndexBaseSet", {0, 3}},
-    {"tmoObjStyleSet", {0, 3}},
-    {"tmoPinfSet", {0, 13}},
-    {"tmoMinfSet", {0, 13}},
-    {"tmoM", {3}},
-    {"tmoN", {3}},
-    {"tmoObjVar", {3}},
-    {"tmoObjRow", {3}},
-    {"tmoGetColStat", {3, 3, 4, 4, 4, 4}},
-    {"tmoGetColJacInfoOne", {0, 3, 2, 14, 4, 4}},
-    {"tmoGetRhsOne", {13, 3}},
-    {"tmoGetEquTypeOne", {3, 3}},
-    {"tmoGetVarLowerOne", {13, 3}},
-    {"tmoGetVarUpperOne", {13, 3}},
-    {"tmoSetHeadnTail", {0, 3, 13}},
-    {"tmoSetSolutionVarRec", {3, 3, 13, 13, 3, 3}},
-    {"tmoSetSolutionEquRec", {3, 3, 13, 13, 3, 3}},
-    {"tmoModelStatSet", {0, 3}},
-    {"tmoSolveStatSet", {0, 3}},
-    {"tmoUnloadSolutionLegacy", {3}},
-};
-
-constexpr Signature kDictionary[] = {
-    {"dctSymName", {3, 3, 17}},
-    {"dctUelLabel", {3, 3, 19, 17}},
-    {"dctColUels", {3, 3, 4, 52, 4}},
-    {"dctRowUels", {3, 3, 4, 52, 4}},
-};
+constexpr Signature kAudit[] = {AUDIT_FUNCTIONS(HOST_SIGNATURE)};
+constexpr Signature kEnvironment[] = {ENVIRONMENT_FUNCTIONS(HOST_SIGNATURE)};
+constexpr Signature kModel[] = {MODEL_FUNCTIONS(HOST_SIGNATURE)};
+constexpr Signature kDictionary[] = {DICTIONARY_FUNCTIONS(HOST_SIGNATURE)};
 
 }  // namespace
 

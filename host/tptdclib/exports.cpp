@@ -15,12 +15,7 @@ namespace {
 
 constexpr int kInterfaceVersion = 4;
 
-constexpr host::Signature kSignatures[] = {
-    {"optReadDefinition", {3, 11}},    {"optEchoSet", {0, 3}},
-    {"optReadParameterFile", {3, 11}}, {"optMessageCount", {3}},
-    {"optGetMessage", {0, 3, 12, 4}},  {"optGetIntStr", {3, 11}},
-    {"optGetStrStr", {12, 11}},
-};
+constexpr host::Signature kSignatures[] = {TPTDCLIB_FUNCTIONS(HOST_SIGNATURE)};
 
 std::string load_path;
 

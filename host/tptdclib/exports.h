@@ -12,12 +12,14 @@ HOST_EXPORT int CXAPIVersion(int version, char* message, int* compatibility);
 HOST_EXPORT void CoptSetLoadPath(const char* directory);
 HOST_EXPORT void CoptGetLoadPath(char* directory);
 
-// 0 on success.
-HOST_EXPORT int optReadDefinition(void* handle, const char* file);
-HOST_EXPORT int optReadParameterFile(void* handle, const char* file);
-HOST_EXPORT void optEchoSet(void* handle, int on);
-// Messages are counted from 1. `kind`: 1 echoed line, 2 warning, 3 error, 0 no such message.
-HOST_EXPORT int optMessageCount(void* handle);
-HOST_EXPORT void optGetMessage(void* handle, int number, char* text, int* kind);
-HOST_EXPORT int optGetIntStr(void* handle, const char* key);
-HOST_EXPORT void optGetStrStr(void* handle, const char* key, char* value);
+// Results of the two that read are 0 on success. Messages are counted from 1.
+#define TPTDCLIB_FUNCTIONS(ENTRY)                                                \
+  ENTRY(optReadDefinition, 3, 11)                                                \
+  ENTRY(optReadParameterFile, 3, 11)                                             \
+  ENTRY(optEchoSet, 0, 3)                                                        \
+  ENTRY(optMessageCount, 3)                                                      \
+  /* number; text, kind: 1 echoed line, 2 warning, 3 error, 0 no such message */ \
+  ENTRY(optGetMessage, 0, 3, 12, 4)                                              \
+  ENTRY(optGetIntStr, 3, 11)                                                     \
+  ENTRY(optGetStrStr, 12, 11)
+TPTDCLIB_FUNCTIONS(HOST_DECLARE)
