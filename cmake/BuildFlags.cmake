@@ -12,11 +12,27 @@ target_include_directories(host_root INTERFACE ${PROJECT_SOURCE_DIR}/host)
 target_include_directories(tests_root INTERFACE ${PROJECT_SOURCE_DIR})
 # The single-precision results are defined to the last bit: no fused multiply-add, no fast math, and
 # nothing that turns on flush-to-zero.
-target_compile_options(linfit_flags INTERFACE -Wall -Wextra -Wpedantic -Wconversion -ffp-contract=off)
+target_compile_options(linfit_flags INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow -ffp-contract=off)
 # g++ 12 sees overlapping copies in "text" + std::string() that are not there (GCC bug 105651).
 target_compile_options(linfit_flags INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+# PIE for programs, too.
+include(CheckPIESupported)
+check_pie_supported(LANGUAGES CXX)
+
+# Hardening as distributions use it. The sanitizers check more, and their calls and the fortified ones don't mix.
+if(NOT LINFIT_SANITIZE AND NOT LINFIT_FUZZ)
+  # A Debug build isn't optimized, and _FORTIFY_SOURCE warns of that.
+  target_compile_options(linfit_flags INTERFACE -fstack-protector-strong
+                                                $<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2>)
+  if(WIN32)
+    target_link_options(linfit_flags INTERFACE -Wl,--dynamicbase,--high-entropy-va,--nxcompat)
+  else()
+    target_compile_options(linfit_flags INTERFACE -fstack-clash-protection -fcf-protection)
+    target_link_options(linfit_flags INTERFACE -Wl,-z,relro,-z,now,-z,noexecstack)
+  endif()
+endif()
 
 find_program(LINFIT_CCACHE ccache)
 if(LINFIT_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
@@ -41,7 +57,8 @@ endif()
 # A program that finds the run-time libraries in its own directory.
 function(linfit_search_own_directory target)
   if(NOT WIN32)
-    set_target_properties(${target} PROPERTIES BUILD_RPATH "$ORIGIN" INSTALL_RPATH "$ORIGIN")
+    # BUILD_RPATH would get a second, empty element, by which the loader searches the current directory.
+    set_target_properties(${target} PROPERTIES INSTALL_RPATH "$ORIGIN" BUILD_WITH_INSTALL_RPATH ON)
   endif()
 endfunction()
 

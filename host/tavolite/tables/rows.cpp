@@ -84,12 +84,12 @@ void TextSet::Grow() {
   }
 }
 
-TableRows::TableRows(const TablePlan& plan, std::string name, bool by_line)
-    : name(std::move(name)),
+TableRows::TableRows(const TablePlan& plan, std::string source, bool rows_by_line)
+    : name(std::move(source)),
       numbers(static_cast<std::size_t>(plan.numbers)),
       labels(static_cast<std::size_t>(plan.labels)),
       factors(static_cast<std::size_t>(plan.factors)),
-      by_line(by_line) {}
+      by_line(rows_by_line) {}
 
 void TableRows::Expect(std::size_t rows) {
   try {
