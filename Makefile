@@ -5,7 +5,7 @@ presets := CMakePresets.json
 install_packages := packaging/install-packages
 
 .DEFAULT_GOAL := build
-.PHONY: help demo test build windows test-windows sanitizers faults bench package try-packages install format \
+.PHONY: help demo test build windows test-windows sanitizers clang faults bench package try-packages install format \
         check-format check-includes check-tidy clean
 
 help:
@@ -16,6 +16,7 @@ help:
 	@echo 'make test-windows  build for Windows, then run the tests under wine'
 	@echo 'make sanitizers    build with the sanitizers, then run the tests'
 	@echo 'make faults        run the programs with every call for memory and files failing once; prints a table'
+	@echo 'make clang         build with clang, which warns of other things than g++'
 	@echo 'make bench         run the solver beside R, Python, gretl and Octave; writes bench/RESULTS.md'
 	@echo 'make package       a Debian package and a Windows zip in build/packages'
 	@echo 'make try-packages  make both, unpack them in a scratch directory and solve an example'
@@ -34,6 +35,9 @@ demo: build
 test: build/release/build.ninja
 	@cmake --build --preset release
 	@ctest --preset release
+
+clang: build/clang/build.ninja
+	@cmake --build --preset clang
 
 windows: build/windows/build.ninja
 	@cmake --build --preset windows
@@ -85,7 +89,8 @@ clean:
 
 # A tree is configured once; ninja configures again when its inputs change. The packages are looked at in
 # every run, which takes no time.
-build/release/build.ninja build/sanitizers/build.ninja: $(presets) | build-packages
+build/clang/build.ninja: | clang-packages
+build/release/build.ninja build/sanitizers/build.ninja build/clang/build.ninja: $(presets) | build-packages
 	cmake --preset $(notdir $(@D))
 
 build/windows/build.ninja: $(presets) cmake/toolchain-mingw64.cmake | windows-libraries
@@ -94,9 +99,11 @@ build/windows/build.ninja: $(presets) cmake/toolchain-mingw64.cmake | windows-li
 build/windows/wine/system.reg: | windows-packages
 	packaging/wine-run wineboot --init
 
-.PHONY: build-packages windows-packages windows-libraries
+.PHONY: build-packages clang-packages windows-packages windows-libraries
 build-packages:
 	@$(install_packages) build
+clang-packages:
+	@$(install_packages) clang
 windows-packages:
 	@$(install_packages) build windows
 windows-libraries: windows-packages

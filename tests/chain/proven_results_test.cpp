@@ -110,7 +110,7 @@ TEST_P(CertifiedSet, ReachesItsDigitsByModelAndByTable) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Chain, CertifiedSet, testing::ValuesIn(CertifiedSets()),
-                         [](const auto& info) { return info.param.name; });
+                         [](const auto& test) { return test.param.name; });
 
 class RealSet : public testing::TestWithParam<DataSet> {};
 
@@ -135,7 +135,7 @@ TEST_P(RealSet, AgreesWithRByModelAndByTable) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Chain, RealSet, testing::ValuesIn(RealSets()),
-                         [](const auto& info) { return info.param.name; });
+                         [](const auto& test) { return test.param.name; });
 
 }  // namespace
 }  // namespace chain

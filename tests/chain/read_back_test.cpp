@@ -140,9 +140,9 @@ TEST_P(ReadBackTest, EverySymbolIsWhatTheEstimationComputes) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Certified, ReadBackTest, testing::ValuesIn(CertifiedSets()),
-                         [](const auto& info) { return info.param.name; });
+                         [](const auto& test) { return test.param.name; });
 INSTANTIATE_TEST_SUITE_P(Real, ReadBackTest, testing::ValuesIn(RealSets()),
-                         [](const auto& info) { return info.param.name; });
+                         [](const auto& test) { return test.param.name; });
 
 }  // namespace
 }  // namespace chain

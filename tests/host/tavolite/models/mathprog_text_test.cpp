@@ -60,7 +60,7 @@ INSTANTIATE_TEST_SUITE_P(
                  nullptr,
                  ""},
         ScanCase{"NotAtAStatement", "f: var + solve = data; end", {}, nullptr, ""}),
-    [](const auto& info) { return std::string(info.param.name); });
+    [](const auto& test) { return std::string(test.param.name); });
 
 TEST(MathProgDisplay, StandsBehindSolveOrAtTheEndOfTheSection) {
   const auto with_display = [](const std::string& text) {
