@@ -1,9 +1,11 @@
 #include "base/temporary_file.h"
 
-#include <atomic>
+#include <array>
 #include <charconv>
 #include <chrono>
-#include <string>
+#include <cstdint>
+#include <functional>
+#include <random>
 #include <string_view>
 #include <system_error>
 
@@ -13,20 +15,20 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// A file that was touched lately stays: its process may run where we don't see it, in another
-// container or on another machine that shares the directory.
-constexpr std::chrono::minutes kAbandonedAge{1};
+// Of a process elsewhere, in another container or on another machine that shares the directory,
+// nothing shows but the age of its file.
+constexpr std::chrono::hours kAbandonedAge{24};
 
-// The process number in "<prefix><process>-<number>"; 0 when the name isn't of that form.
-int OwnerOf(std::string_view name, std::string_view prefix) {
-  if (!name.starts_with(prefix)) return 0;
-  name.remove_prefix(prefix.size());
-  int owner = 0;
-  const auto [rest, error] = std::from_chars(name.data(), name.data() + name.size(), owner);
-  const std::string_view number = name.substr(static_cast<std::size_t>(rest - name.data()));
-  const bool fits = error == std::errc() && number.size() > 1 && number[0] == '-' &&
-                    number.find_first_not_of("0123456789", 1) == std::string_view::npos;
-  return fits ? owner : 0;
+std::string Hex(std::uint32_t number) {
+  std::array<char, 8> digits;
+  const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number, 16).ptr;
+  return {digits.data(), end};
+}
+
+const std::string& HostDigits() {
+  static const std::string digits =
+      Hex(static_cast<std::uint32_t>(std::hash<std::string>{}(ProcessSpace())));
+  return digits;
 }
 
 std::string FileName(const fs::path& file) {
@@ -34,30 +36,76 @@ std::string FileName(const fs::path& file) {
   return {name.begin(), name.end()};
 }
 
-// Nothing here matters enough to report: what can't be removed stays.
-void RemoveAbandoned(const fs::path& directory, const std::string& prefix) {
-  std::error_code error;
-  const auto oldest = fs::file_time_type::clock::now() - kAbandonedAge;
-  fs::directory_iterator entry(directory, error);
-  for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
-    const int owner = OwnerOf(FileName(entry->path()), prefix);
-    if (owner <= 0 || ProcessExists(owner)) continue;
-    std::error_code ignored;
-    if (entry->last_write_time(ignored) < oldest && !ignored) fs::remove(entry->path(), ignored);
+struct Owner {
+  int process = 0;  // 0: the name is not that of a temporary file
+  bool is_here = false;
+};
+
+Owner OwnerOf(std::string_view name, std::string_view prefix) {
+  constexpr std::string_view kDigits = "0123456789abcdef";
+  if (!name.starts_with(prefix)) return {};
+  name.remove_prefix(prefix.size());
+  int process = 0;
+  const auto [rest, error] = std::from_chars(name.data(), name.data() + name.size(), process);
+  name.remove_prefix(static_cast<std::size_t>(rest - name.data()));
+  const std::size_t second = name.find('-', 1);
+  if (error != std::errc() || process <= 0 || !name.starts_with('-') ||
+      second == std::string_view::npos || second + 1 == name.size() ||
+      name.find_first_not_of(kDigits, second + 1) != std::string_view::npos) {
+    return {};
   }
+  return {process, name.substr(1, second - 1) == HostDigits()};
+}
+
+fs::path Directory(const fs::path& target) {
+  return target.has_parent_path() ? target.parent_path() : fs::path(".");
+}
+
+// Removes the temporary files of `target` for which `is_abandoned` holds. Nothing here matters
+// enough to report: what can't be removed stays.
+template <class IsAbandoned>
+void RemoveFiles(const fs::path& target, IsAbandoned is_abandoned) {
+  std::error_code error;
+  const std::string prefix = FileName(target) + ".tmp-";
+  fs::directory_iterator entry(Directory(target), error);
+  for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
+    const Owner owner = OwnerOf(FileName(entry->path()), prefix);
+    std::error_code ignored;
+    if (owner.process > 0 && is_abandoned(owner, *entry)) fs::remove(entry->path(), ignored);
+  }
+}
+
+void RemoveAbandoned(const fs::path& target) {
+  const auto oldest = fs::file_time_type::clock::now() - kAbandonedAge;
+  RemoveFiles(target, [&](const Owner& owner, const fs::directory_entry& entry) {
+    if (owner.is_here) return !ProcessExists(owner.process);
+    std::error_code failed;
+    const auto written = entry.last_write_time(failed);
+    return !failed && written < oldest;
+  });
 }
 
 }  // namespace
 
 fs::path MakeTemporaryName(const fs::path& target) {
-  static std::atomic<int> number{0};
-  const fs::path directory = target.has_parent_path() ? target.parent_path() : fs::path(".");
-  RemoveAbandoned(directory, FileName(target) + ".tmp-");
+  RemoveAbandoned(target);
+  std::random_device random;
   fs::path name = target;
-  name += ".tmp-" + std::to_string(CurrentProcessNumber()) + "-" + std::to_string(++number);
-  std::error_code ignored;
-  fs::remove(name, ignored);  // of an earlier process with the same number
+  name += ".tmp-" + std::to_string(CurrentProcessNumber()) + "-" + HostDigits() + "-" +
+          Hex(random()) + Hex(random());
   return name;
+}
+
+fs::path CreateTemporaryFile(const fs::path& target) {
+  fs::path file = MakeTemporaryName(target);
+  CreateNew(file, target);
+  return file;
+}
+
+void RemoveTemporaryFiles(const fs::path& target, int number) {
+  RemoveFiles(target, [&](const Owner& owner, const fs::directory_entry& /*entry*/) {
+    return owner.is_here && owner.process == number;
+  });
 }
 
 }  // namespace host

@@ -1,11 +1,23 @@
+#include <fcntl.h>
 #include <signal.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <fstream>
+#include <system_error>
 
 #include "base/temporary_file.h"
 
 namespace host {
+
+namespace {
+
+[[noreturn]] void Fail(int code) {
+  throw std::system_error(code, std::generic_category());
+}
+
+}  // namespace
 
 int CurrentProcessNumber() {
   return static_cast<int>(getpid());
@@ -13,6 +25,27 @@ int CurrentProcessNumber() {
 
 bool ProcessExists(int number) {
   return kill(number, 0) == 0 || errno != ESRCH;
+}
+
+std::string ProcessSpace() {
+  std::string space;
+  std::getline(std::ifstream("/proc/sys/kernel/random/boot_id"), space);
+  struct stat status {};
+  if (stat("/proc/self/ns/pid", &status) == 0) space += std::to_string(status.st_ino);
+  return space;
+}
+
+void CreateNew(const std::filesystem::path& file, const std::filesystem::path& like) {
+  constexpr mode_t kEverybody = 0666;
+  constexpr mode_t kPermissions = 0777;
+  struct stat status {};
+  const bool has_model = stat(like.c_str(), &status) == 0 && S_ISREG(status.st_mode);
+  // Never open to more people than the model, not even for a moment.
+  const mode_t mode = has_model ? status.st_mode & kEverybody : kEverybody;
+  const int handle = open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode);
+  if (handle < 0) Fail(errno);
+  if (has_model) (void)fchmod(handle, status.st_mode & kPermissions);
+  close(handle);
 }
 
 void MoveOver(const std::filesystem::path& from, const std::filesystem::path& to) {

@@ -1,5 +1,6 @@
 #include <windows.h>
 
+#include <array>
 #include <system_error>
 
 #include "base/temporary_file.h"
@@ -16,6 +17,21 @@ bool ProcessExists(int number) {
   const bool runs = WaitForSingleObject(process, 0) == WAIT_TIMEOUT;
   CloseHandle(process);
   return runs;
+}
+
+std::string ProcessSpace() {
+  std::array<char, MAX_COMPUTERNAME_LENGTH + 1> name{};
+  auto size = static_cast<DWORD>(name.size());
+  return GetComputerNameA(name.data(), &size) != 0 ? name.data() : "";
+}
+
+void CreateNew(const std::filesystem::path& file, const std::filesystem::path& /*like*/) {
+  const HANDLE handle = CreateFileW(file.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
+                                    FILE_ATTRIBUTE_NORMAL, nullptr);
+  if (handle == INVALID_HANDLE_VALUE) {
+    throw std::system_error(static_cast<int>(GetLastError()), std::system_category());
+  }
+  CloseHandle(handle);
 }
 
 void MoveOver(const std::filesystem::path& from, const std::filesystem::path& to) {

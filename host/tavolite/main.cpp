@@ -5,6 +5,7 @@
 #include "tavolite/command/command_line.h"
 #include "tavolite/show/show_command.h"
 #include "tavolite/solve/solve_command.h"
+#include "tavolite/system/interrupt.h"
 #include "tavolite/system/program.h"
 
 namespace {
@@ -25,6 +26,7 @@ int Run(std::vector<std::string> words) {
 
 int main(int argc, char** argv) {
   try {
+    host::EndOnInterrupt();
     host::UseUtf8Console();
     return Run(host::Utf8Arguments(argc, argv));
   } catch (const std::exception& error) {

@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <deque>
 #include <fstream>
 #include <future>
 #include <string_view>
+#include <system_error>
 
 #include "base/text.h"
 #include "base/text_file.h"
@@ -30,8 +32,9 @@ void AppendNumber(double value, std::string& text) {
 // A file that takes large pieces of text at once.
 class Output {
  public:
-  explicit Output(const std::filesystem::path& file)
-      : name_(Utf8(file)), stream_(file, std::ios::binary | std::ios::trunc) {
+  explicit Output(const std::filesystem::path& file) : name_(Utf8(file)) {
+    errno = 0;
+    stream_.open(file, std::ios::binary | std::ios::trunc);
     Check();
   }
   void Write(std::string_view text) {
@@ -45,7 +48,9 @@ class Output {
 
  private:
   void Check() const {
-    if (!stream_) throw FileError(name_ + ": can't be written");
+    if (stream_) return;
+    const std::string reason = errno == 0 ? "" : ": " + std::generic_category().message(errno);
+    throw FileError(name_ + ": can't be written" + reason);
   }
 
   std::string name_;
@@ -53,11 +58,17 @@ class Output {
 };
 
 void CopyStatusFile(const std::filesystem::path& file, Output& output) {
+  std::error_code none;
+  if (!std::filesystem::exists(file, none)) return;
+  errno = 0;
   std::ifstream in(file, std::ios::binary);
   std::array<char, 65536> buffer;
   while (in.read(buffer.data(), buffer.size()), in.gcount() > 0) {
     output.Write({buffer.data(), static_cast<std::size_t>(in.gcount())});
   }
+  if (in.eof() && !in.bad()) return;
+  throw FileError("the solver's status file can't be read: " +
+                  std::generic_category().message(errno == 0 ? EIO : errno));
 }
 
 struct Elements {

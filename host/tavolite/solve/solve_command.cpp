@@ -13,11 +13,10 @@
 #include "instance/instance.h"
 #include "tavolite/solve/front_end.h"
 #include "tavolite/solve/listing.h"
-#include "tavolite/solve/scratch.h"
+#include "tavolite/solve/running_solve.h"
 #include "tavolite/solve/solve_files.h"
 #include "tavolite/solve/solver_log.h"
 #include "tavolite/solve/step_times.h"
-#include "tavolite/system/child_process.h"
 #include "tavolite/system/interrupt.h"
 
 namespace host {
@@ -25,12 +24,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// What an interrupt has to end and to remove; it may come at any time until the process is gone.
-struct Interruptible {
-  explicit Interruptible(const SolveOptions& options) : scratch(options.work, options.keep) {}
-  ScratchDirectory scratch;
-  ChildProcess solver;
-};
+constexpr const char* kResultsFile = "linfit.tdx";  // unless the option file names another one
 
 struct Session {
   const SolveOptions& options;
@@ -38,10 +32,10 @@ struct Session {
   std::ostream& err;
   fs::path solver;
   fs::path listing;
+  std::shared_ptr<RunningSolve> running;
   StepTimes times;
-  std::shared_ptr<Interruptible> running;
   std::future<void> matrix_end;
-  [[nodiscard]] fs::path Scratch(const char* name) const { return running->scratch.Path() / name; }
+  [[nodiscard]] fs::path Scratch(const char* name) const { return running->Scratch(name); }
 };
 
 void Tell(const Session& session, const ReaderNotes& notes) {
@@ -68,7 +62,7 @@ fs::path OptionFile(const Session& session, const FrontEndResult& input) {
 // Reads the model and writes instance and control file. The matrix goes while the solver starts,
 // which needs the memory.
 ModelNames Prepare(Session& session) {
-  FrontEndResult input = ReadModel(session.options, session.running->scratch.Path());
+  FrontEndResult input = ReadModel(session.options, session.running->ScratchPath());
   session.times.End("read the model");
   Tell(session, input.notes);
   WriteInstance(input.model, session.Scratch("instance.db"));
@@ -94,7 +88,7 @@ ChildProcess::Exit RunSolver(Session& session, SolverLog& log) {
     if (!session.options.quiet) (session.out << piece).flush();
   };
   const auto exit =
-      session.running->solver.Run(session.solver, session.Scratch("control.txt"), on_output);
+      session.running->RunSolver(session.solver, session.Scratch("control.txt"), on_output);
   log.End();
   session.times.EndSolver(session.Scratch("timing.txt"));
   return exit;
@@ -117,7 +111,7 @@ void Summarise(const Session& session, const Solution& solution, const SolverLog
 }
 
 int Finish(Session& session, const ModelNames& names, const ChildProcess::Exit& exit,
-           const SolverLog& log) {
+           const SolverLog& log, std::string& failure) {
   const fs::path instance = session.Scratch("instance.db");
   const std::optional<Solution> solution = ReadSolution(instance);
   // A large file takes its time to go.
@@ -128,12 +122,16 @@ int Finish(Session& session, const ModelNames& names, const ChildProcess::Exit& 
       fs::remove(instance, ignored);
     });
   }
-  WriteListing(session.listing, session.Scratch("status.txt"), names,
-               solution ? &*solution : nullptr);
+  session.running->WriteInPlace(session.listing, [&](const fs::path& file) {
+    WriteListing(file, session.Scratch("status.txt"), names, solution ? &*solution : nullptr);
+  });
   session.times.End("return the solution");
-  if (!session.options.timing.empty()) session.times.Write(session.options.timing);
+  if (!session.options.timing.empty()) {
+    session.running->WriteInPlace(session.options.timing,
+                                  [&](const fs::path& file) { session.times.Write(file); });
+  }
   if (!solution) {
-    session.err << "tavolite: " << Failure(exit, log) << '\n';
+    failure = Failure(exit, log);
     if (!session.options.quiet) session.out << "\nListing:       " << Utf8(session.listing) << '\n';
     return kNotSolved;
   }
@@ -141,35 +139,24 @@ int Finish(Session& session, const ModelNames& names, const ChildProcess::Exit& 
   return kSolved;
 }
 
-std::shared_ptr<Interruptible> MakeInterruptible(const SolveOptions& options) {
-  try {
-    return std::make_shared<Interruptible>(options);
-  } catch (const fs::filesystem_error& error) {
-    throw InputError("no scratch directory can be made in " + Utf8(error.path1().parent_path()) +
-                     ": " + error.code().message());
-  }
-}
-
-int Solve(Session& session) {
+// The solve without its end: what is wrong goes to `failure`.
+int Solve(Session& session, std::string& failure) {
   int status = kBadInput;  // of what fails before the solver has run
   try {
     session.solver = FindSolver(session.options);
     session.listing = ChooseListing(session.options);
-    session.running = MakeInterruptible(session.options);
-    OnInterrupt([running = session.running] {
-      running->solver.Stop();
-      running->scratch.Remove();
-    });
+    session.running->MakeScratch(session.options);
+    session.running->SetResultsFile(kResultsFile);
     const ModelNames names = Prepare(session);
     status = kNotSolved;
     SolverLog log;
     const ChildProcess::Exit exit = RunSolver(session, log);
-    if (exit.interrupted) return kInterrupted;
-    return Finish(session, names, exit, log);
+    if (exit.interrupted) return kInterruptedStatus;
+    return Finish(session, names, exit, log, failure);
   } catch (const std::bad_alloc&) {
-    session.err << "tavolite: not enough memory\n";
+    failure = "not enough memory";
   } catch (const std::exception& error) {
-    session.err << "tavolite: " << error.what() << '\n';
+    failure = error.what();
   }
   return status;
 }
@@ -177,14 +164,16 @@ int Solve(Session& session) {
 }  // namespace
 
 int RunSolve(const SolveOptions& options, std::ostream& out, std::ostream& err) {
-  Session session{options, out, err, {}, {}, {}, nullptr, {}};
-  const int status = Solve(session);
-  if (session.running != nullptr) {
-    if (options.keep && !options.quiet) {
-      out << "Scratch files: " << Utf8(session.running->scratch.Path()) << '\n';
-    }
-    session.running->scratch.Remove();
+  Session session{options, out, err, {}, {}, RunningSolve::Start(), {}, {}};
+  std::string failure;
+  const int status = Solve(session, failure);
+  // Behind an interrupt, which takes the files away, nothing that has failed counts any more.
+  const WithoutInterrupt now;
+  if (!failure.empty()) err << "tavolite: " << failure << '\n';
+  if (options.keep && !options.quiet && session.running->HasScratch()) {
+    out << "Scratch files: " << Utf8(session.running->ScratchPath()) << '\n';
   }
+  session.running->RemoveScratch();
   return status;
 }
 

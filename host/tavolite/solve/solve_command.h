@@ -8,10 +8,10 @@
 namespace host {
 
 // Exit status of the command.
-enum ExitStatus { kSolved = 0, kNotSolved = 1, kBadInput = 2, kInterrupted = 130 };
+enum ExitStatus { kSolved = 0, kNotSolved = 1, kBadInput = 2 };
 
-// Solver log, notes and summary go to `out`, warnings and errors to `err`. Takes over Ctrl-C: to be
-// called once in a process.
+// Solver log, notes and summary go to `out`, warnings and errors to `err`. Takes over interrupts:
+// to be called once in a process, before it starts a thread.
 int RunSolve(const SolveOptions& options, std::ostream& out, std::ostream& err);
 
 }  // namespace host

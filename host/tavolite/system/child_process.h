@@ -14,7 +14,8 @@ class ChildProcess {
  public:
   struct Exit {
     int code = 0;              // exit code; 128 + the signal's number when a signal ended it
-    bool interrupted = false;  // ended by Ctrl-C or its like
+    int process = 0;           // the process's number
+    bool interrupted = false;  // ended by Ctrl-C or its like, or never started after Stop
   };
 
   ChildProcess();
@@ -28,9 +29,10 @@ class ChildProcess {
   Exit Run(const std::filesystem::path& program, const std::filesystem::path& argument,
            const std::function<void(std::string_view)>& on_output);
 
-  // Ends the program that Run has started, if there is one, and returns when it is gone. To be
-  // called from another thread than Run.
-  void Stop();
+  // Ends the program that Run has started, if there is one, and returns when it is gone; Run does
+  // not start another one. To be called from another thread than Run. Gives the program's process
+  // number, 0 when none was started.
+  int Stop();
 
  private:
   struct State;

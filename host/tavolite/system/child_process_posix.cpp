@@ -81,6 +81,8 @@ ChildProcess::Exit ToExit(int status) {
 struct ChildProcess::State {
   std::mutex mutex;
   pid_t pid = 0;  // of the running child, 0 when there is none
+  int last = 0;   // of the child that was started last
+  bool stopped = false;
 };
 
 ChildProcess::ChildProcess() : state_(std::make_unique<State>()) {}
@@ -93,12 +95,19 @@ ChildProcess::Exit ChildProcess::Run(const std::filesystem::path& program,
   if (pipe2(ends.data(), O_CLOEXEC) != 0) Fail(errno, "pipe");
   pid_t pid = 0;
   int failure = 0;
+  bool stopped = false;
   {
     const std::lock_guard lock(state_->mutex);
-    failure = SpawnSetup(ends[1]).Spawn(program.string(), argument.string(), pid);
+    stopped = state_->stopped;
+    if (!stopped) failure = SpawnSetup(ends[1]).Spawn(program.string(), argument.string(), pid);
     if (failure == 0) state_->pid = pid;
+    state_->last = pid;
   }
   close(ends[1]);
+  if (stopped) {
+    close(ends[0]);
+    return {.interrupted = true};
+  }
   if (failure != 0) {
     close(ends[0]);
     Fail(failure, "can't start " + program.string());
@@ -115,21 +124,24 @@ ChildProcess::Exit ChildProcess::Run(const std::filesystem::path& program,
   while (waitpid(pid, &status, 0) < 0 && errno == EINTR) {
   }
   state_->pid = 0;
-  return ToExit(status);
+  ChildProcess::Exit exit = ToExit(status);
+  exit.process = pid;
+  return exit;
 }
 
-void ChildProcess::Stop() {
+int ChildProcess::Stop() {
   using std::chrono::milliseconds;
   constexpr milliseconds kStep{5};
   constexpr milliseconds kPatience{2000};
   for (milliseconds waited{0};; waited += kStep) {
     {
       const std::lock_guard lock(state_->mutex);
-      if (state_->pid == 0) return;
+      state_->stopped = true;
+      if (state_->pid == 0) return state_->last;
       siginfo_t info{};
       if (waitid(P_PID, static_cast<id_t>(state_->pid), &info, WEXITED | WNOHANG | WNOWAIT) == 0 &&
           info.si_pid != 0) {
-        return;
+        return state_->last;
       }
       if (waited == milliseconds{0}) kill(state_->pid, SIGTERM);
       if (waited == kPatience) kill(state_->pid, SIGKILL);

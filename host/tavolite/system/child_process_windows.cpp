@@ -58,6 +58,8 @@ std::wstring CommandLine(const std::filesystem::path& program,
 struct ChildProcess::State {
   std::mutex mutex;
   HANDLE process = nullptr;  // of the running child, null when there is none
+  int last = 0;              // number of the child that was started last
+  bool stopped = false;
 };
 
 ChildProcess::ChildProcess() : state_(std::make_unique<State>()) {}
@@ -84,11 +86,13 @@ ChildProcess::Exit ChildProcess::Run(const std::filesystem::path& program,
   std::wstring line = CommandLine(program, argument);
   {
     const std::lock_guard lock(state_->mutex);
+    if (state_->stopped) return {.interrupted = true};
     if (CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr,
                        &startup, &information) == 0) {
       FailWithLastError("can't start " + ToUtf8(program.wstring()));
     }
     state_->process = information.hProcess;
+    state_->last = static_cast<int>(information.dwProcessId);
   }
   const Handle process(information.hProcess);
   const Handle thread(information.hThread);
@@ -99,14 +103,16 @@ ChildProcess::Exit ChildProcess::Run(const std::filesystem::path& program,
   GetExitCodeProcess(process.Get(), &code);
   const std::lock_guard lock(state_->mutex);
   state_->process = nullptr;
-  return {static_cast<int>(code), code == kControlCExit};
+  return {static_cast<int>(code), state_->last, code == kControlCExit};
 }
 
-void ChildProcess::Stop() {
+int ChildProcess::Stop() {
   const std::lock_guard lock(state_->mutex);
-  if (state_->process == nullptr) return;
+  state_->stopped = true;
+  if (state_->process == nullptr) return state_->last;
   TerminateProcess(state_->process, kControlCExit);
   WaitForSingleObject(state_->process, INFINITE);
+  return state_->last;
 }
 
 }  // namespace host

@@ -5,14 +5,17 @@
 #include <utility>
 
 #include "tavolite/system/interrupt.h"
+#include "tavolite/system/interrupt_lock.h"
 #include "tavolite/system/interrupt_signals_posix.h"
 
 namespace host {
-namespace {
 
-constexpr int kInterruptStatus = 130;
-
-}  // namespace
+void EndOnInterrupt() {
+  for (const int number : kInterrupts) {
+    if (IsIgnored(number)) continue;
+    signal(number, [](int /*number*/) { _exit(kInterruptedStatus); });
+  }
+}
 
 void OnInterrupt(std::function<void()> cleanup) {
   const sigset_t set = InterruptSet();
@@ -22,8 +25,9 @@ void OnInterrupt(std::function<void()> cleanup) {
   std::thread([set, cleanup = std::move(cleanup)] {
     int number = 0;
     sigwait(&set, &number);
+    InterruptLock().lock();
     cleanup();
-    _exit(kInterruptStatus);
+    _exit(kInterruptedStatus);
   }).detach();
 }
 

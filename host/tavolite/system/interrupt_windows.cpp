@@ -3,11 +3,10 @@
 #include <utility>
 
 #include "tavolite/system/interrupt.h"
+#include "tavolite/system/interrupt_lock.h"
 
 namespace host {
 namespace {
-
-constexpr UINT kInterruptStatus = 130;
 
 // The console's handler is a plain function: what it calls has to stand where it finds it.
 std::function<void()>& InterruptCleanup() {
@@ -16,16 +15,21 @@ std::function<void()>& InterruptCleanup() {
 }
 
 BOOL WINAPI OnConsoleEvent(DWORD /*event*/) {
-  InterruptCleanup()();
-  TerminateProcess(GetCurrentProcess(), kInterruptStatus);
+  InterruptLock().lock();
+  if (InterruptCleanup()) InterruptCleanup()();
+  TerminateProcess(GetCurrentProcess(), kInterruptedStatus);
   return TRUE;
 }
 
 }  // namespace
 
-void OnInterrupt(std::function<void()> cleanup) {
-  InterruptCleanup() = std::move(cleanup);
+void EndOnInterrupt() {
   SetConsoleCtrlHandler(&OnConsoleEvent, TRUE);
+}
+
+void OnInterrupt(std::function<void()> cleanup) {
+  const WithoutInterrupt now;
+  InterruptCleanup() = std::move(cleanup);
 }
 
 }  // namespace host

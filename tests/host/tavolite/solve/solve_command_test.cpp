@@ -96,8 +96,35 @@ TEST_F(SolveCommand, KeepsScratchFilesOnRequestAndIsQuiet) {
   EXPECT_EQ(quiet.out + quiet.err, "");
 }
 
+TEST_F(SolveCommand, RemovesWhatKilledSolvesHaveLeft) {
+  for (const char* name : {"tavolite-1", "tavolite-2", "other-3"}) {
+    std::filesystem::create_directory(directory / name);
+    WriteFile(directory / name / "instance.db", "");
+  }
+  WriteFile(directory / "tavolite-1" / "in-use", "");
+  WriteFile(directory / "other-3" / "in-use", "");
+  EXPECT_EQ(Solve({"a.mod", "--work", "."}).exit_code, 0);
+  EXPECT_EQ(Files(), (Files_{"a.lst", "a.mod", "other-3", "tavolite-2"}));
+}
+
+#ifndef _WIN32  // links and permissions of its kind
+TEST_F(SolveCommand, ListingIsReplacedAsAWhole) {
+  const auto private_file =
+      std::filesystem::perms::owner_read | std::filesystem::perms::owner_write;
+  WriteFile(directory / "real.txt", "earlier");
+  std::filesystem::permissions(directory / "real.txt", private_file);
+  std::filesystem::create_symlink("real.txt", directory / "a.lst");
+  EXPECT_EQ(Solve({"a.mod"}).exit_code, 0);
+  EXPECT_TRUE(std::filesystem::is_symlink(directory / "a.lst"));
+  EXPECT_NE(ReadFile(directory / "real.txt").find("Solution of a"), std::string::npos);
+  EXPECT_EQ(std::filesystem::status(directory / "real.txt").permissions(), private_file);
+  EXPECT_EQ(Files(), (Files_{"a.lst", "a.mod", "real.txt"}));
+}
+#endif
+
 TEST_F(SolveCommand, BadInputEndsWithStatusTwoAndOneLine) {
   WriteFile(directory / "bad.mod", "var rss;\nminimize o: rss\nend;\n");
+  WriteFile(directory / "self.mod", "param p{i in 1..1} := p[i]; var b; f: p[1] = b; end;\n");
   WriteFile(directory / "a.lst", kModel);
   WriteFile(directory / "a.txt", kModel);
   struct Case {
@@ -108,6 +135,7 @@ TEST_F(SolveCommand, BadInputEndsWithStatusTwoAndOneLine) {
       {{"none.mod"}, "none.mod: there is no such file"},
       {{"."}, "is a directory"},
       {{"bad.mod"}, "bad.mod:3: syntax error"},
+      {{"self.mod", "--work", "."}, "self.mod: the model nests too deeply or refers to itself"},
       {{"a.txt"}, "--format"},
       {{"a.lst", "--format", "mod"}, "would overwrite a.lst"},
       {{"a.mod", "--data", "none.dat"}, "none.dat: there is no such file"},
