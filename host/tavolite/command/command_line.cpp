@@ -116,10 +116,12 @@ CLI::App* AddShow(CLI::App& app, ShowOptions& options) {
   CLI::App* show = app.add_subcommand("show", "Print a results file");
   AddPath(*show, "FILE", options.file, "The results file")->required();
   show->add_option("SYMBOL", options.symbol, "Print this symbol (default: an overview)");
-  AddChoice<ShowFormat>(
-      *show, "--format", options.format,
-      {{"table", ShowFormat::kTable}, {"csv", ShowFormat::kCsv}, {"json", ShowFormat::kJson}},
-      "Format of the output (default: table)");
+  AddChoice<ShowFormat>(*show, "--format", options.format,
+                        {{"table", ShowFormat::kTable},
+                         {"csv", ShowFormat::kCsv},
+                         {"json", ShowFormat::kJson},
+                         {"html", ShowFormat::kHtml}},
+                        "Format of the output (default: table)");
   show->add_option("--limit", options.limit, "Print the first N records only")
       ->check(CLI::NonNegativeNumber)
       ->type_name("N");

@@ -46,7 +46,7 @@ struct SolveOptions {
   bool quiet = false;               // warnings and errors only
 };
 
-enum class ShowFormat { kTable, kCsv, kJson };
+enum class ShowFormat { kTable, kCsv, kJson, kHtml };
 
 struct ShowOptions {
   std::filesystem::path file{};

@@ -3,7 +3,9 @@
 #include <exception>
 #include <ostream>
 
+#include "base/input_error.h"
 #include "base/text_file.h"
+#include "tavolite/report/report_page.h"
 #include "tavolite/show/show_overview.h"
 #include "tavolite/show/show_symbol.h"
 #include "tavolite/system/terminal.h"
@@ -24,6 +26,7 @@ std::size_t WidthFor(const ShowOptions& options) {
 
 std::string OverviewText(const ShowOptions& options, TdxReader& reader) {
   std::string text;
+  if (options.format == ShowFormat::kHtml) return ReportPage(reader);
   const Overview overview = ReadOverview(reader, options.limit);
   if (options.format == ShowFormat::kCsv) {
     PrintOverviewCsv(reader, text);
@@ -55,6 +58,9 @@ std::string SymbolText(const ShowOptions& options, TdxReader& reader) {
 int RunShow(const ShowOptions& options, std::ostream& out, std::ostream& err) {
   try {
     // Everything is read before anything is written: a damaged file leaves no half output.
+    if (options.format == ShowFormat::kHtml && (!options.symbol.empty() || options.limit >= 0)) {
+      throw InputError("a page shows a whole fit: leave the symbol and --limit out");
+    }
     TdxReader reader(options.file);
     const std::string text =
         options.symbol.empty() ? OverviewText(options, reader) : SymbolText(options, reader);

@@ -1,0 +1,50 @@
+# Text files as constants of a C++ source that configuring writes; a changed file configures again.
+#
+# linfit_embed_text(output HEADER header NAMESPACE name CONSTANTS constant file ...) defines each constant of the
+# header's type PageAsset: the file's bytes and their SHA-256 in base64, as a content security policy has it.
+
+# Base64 (RFC 4648) of 32 bytes in hexadecimal digits.
+function(linfit_base64_of_sha256 hexadecimal result)
+  set(alphabet ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/)
+  set(text "")
+  string(APPEND hexadecimal 00)
+  foreach(start RANGE 0 60 6)
+    string(SUBSTRING ${hexadecimal} ${start} 6 group)
+    foreach(shift 18 12 6 0)
+      math(EXPR digit "(0x${group} >> ${shift}) & 63")
+      string(SUBSTRING ${alphabet} ${digit} 1 letter)
+      string(APPEND text ${letter})
+    endforeach()
+  endforeach()
+  # The byte added in front is the last letter, which padding replaces.
+  string(LENGTH "${text}" length)
+  math(EXPR length "${length} - 1")
+  string(SUBSTRING "${text}" 0 ${length} text)
+  set(${result} "${text}=" PARENT_SCOPE)
+endfunction()
+
+function(linfit_embed_text output)
+  cmake_parse_arguments(ARG "" "HEADER;NAMESPACE" "CONSTANTS" ${ARGN})
+  set(source "#include \"${ARG_HEADER}\"\n\nnamespace ${ARG_NAMESPACE} {\n\nusing namespace std::string_view_literals;\n")
+  while(ARG_CONSTANTS)
+    list(POP_FRONT ARG_CONSTANTS constant file)
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${file})
+    file(READ ${file} text)
+    file(SHA256 ${file} hash)
+    string(SHA256 hash_of_text "${text}")
+    if(NOT hash STREQUAL hash_of_text)
+      message(FATAL_ERROR "${file}: not a text that can be embedded as it stands")
+    endif()
+    linfit_base64_of_sha256(${hash} base64)
+    string(APPEND source "\nconst PageAsset ${constant}{R\"embedded(" "${text}" ")embedded\"sv,\n\"${base64}\"sv};\n")
+  endwhile()
+  string(APPEND source "\n}  // namespace ${ARG_NAMESPACE}\n")
+  # Untouched when nothing has changed, so that nothing is built again.
+  set(present "")
+  if(EXISTS ${output})
+    file(READ ${output} present)
+  endif()
+  if(NOT present STREQUAL source)
+    file(WRITE ${output} "${source}")
+  endif()
+endfunction()
