@@ -1,6 +1,7 @@
 // The solver: one process, one model, one pass.
 #include <cstdio>
 #include <new>
+#include <optional>
 #include <stdexcept>
 #include <string_view>
 
@@ -46,10 +47,10 @@ void Run(SolverRun& run, std::string_view argument) {
 }
 
 // Wherever memory runs out, the run ends with one text; before there is a model to free it goes to
-// standard output, like every other text of that time.
-[[noreturn]] void StopWithoutMemory(SolverRun& run) {
+// standard output, like every other text of that time. Nothing here needs memory.
+[[noreturn]] void StopWithoutMemory(std::optional<SolverRun>& run) {
   constexpr std::string_view kText = "Could not allocate memory";
-  if (run.model != nullptr) FatalStop(run, kText);
+  if (run && run->model != nullptr) FatalStop(*run, kText);
   std::printf("*** %s\n", kText.data());
   Stop();
 }
@@ -58,10 +59,11 @@ void Run(SolverRun& run, std::string_view argument) {
 }  // namespace linfit
 
 int main(int argc, char** argv) {
-  linfit::SolverRun run;
+  std::optional<linfit::SolverRun> run;
   bool enough_memory = true;
   try {
-    linfit::Run(run, linfit::FirstArgument(argc, argv));
+    run.emplace();
+    linfit::Run(*run, linfit::FirstArgument(argc, argv));
   } catch (const std::bad_alloc&) {
     enough_memory = false;
   } catch (const std::length_error&) {

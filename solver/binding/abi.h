@@ -38,8 +38,6 @@ namespace linfit {
 using Handle = void*;
 using LabelNumbers = std::array<int, 20>;
 using ValueRecord = std::array<double, 5>;
-using KeySlot = std::array<char, 256>;     // one index label, blank-padded
-using KeyTuple = std::array<KeySlot, 20>;  // slots beyond the symbol's dimension are not looked at
 using ShortResult = std::array<char, kShortStringLength>;  // blank-padded
 
 // Long text for the library; trailing blanks do not count.
@@ -61,9 +59,10 @@ struct TextField {
 using ShortOut = TextField<12>;
 using TextOut = TextField<17>;
 
-// The first `dimension` slots of `keys`; their trailing blanks count only when `trim` is off.
+// The first `dimension` labels of a record, at most 20, blank where `keys` has fewer; their
+// trailing blanks count only when `trim` is off.
 struct IndexTuple {
-  const KeyTuple& keys;
+  std::span<const std::string_view> keys;
   int dimension;
   bool trim;
 };
@@ -164,15 +163,16 @@ struct Arg<IndexTuple> {
   // rest.
   explicit Arg(const IndexTuple& tuple) {
     buffer[0] = '\0';
-    const int count = std::min(tuple.dimension, static_cast<int>(tuple.keys.size()));
+    const auto count = static_cast<std::size_t>(std::clamp(tuple.dimension, 0, kLabels));
     char* slot = buffer;
-    for (int k = 0; k < count; ++k, slot += kShortStringBuffer) {
-      const KeySlot& key = tuple.keys[static_cast<std::size_t>(k)];
-      ToShortString(tuple.trim ? Trimmed(key) : std::string_view(key.data(), key.size()), slot);
+    for (std::size_t k = 0; k < count; ++k, slot += kShortStringBuffer) {
+      const std::string_view key = k < tuple.keys.size() ? tuple.keys[k] : std::string_view();
+      ToShortString(tuple.trim ? Trimmed(key) : key, slot);
     }
   }
   [[nodiscard]] const char* get() const { return buffer; }
-  char buffer[kShortStringBuffer * std::tuple_size_v<KeyTuple>];
+  static constexpr int kLabels = 20;
+  char buffer[kShortStringBuffer * kLabels];
 };
 
 template <int signature_code, class T>

@@ -65,7 +65,7 @@ class Library::MessageBuffer {
 
 Library::Library(const LibraryInterface& interface) : interface_(interface) {}
 
-std::unique_lock<std::mutex> Library::Lock(std::mutex& mutex) const {
+std::unique_lock<std::recursive_mutex> Library::Lock(std::recursive_mutex& mutex) const {
   return locking_ ? std::unique_lock(mutex) : std::unique_lock(mutex, std::defer_lock);
 }
 
@@ -195,7 +195,9 @@ bool Library::Create(Handle& handle, std::span<char> message) {
   handle = nullptr;
   reinterpret_cast<CreateEntry>(create_)(&handle);
   if (handle == nullptr) {
-    PadCopy("Error while creating object", message);
+    MessageBuffer text(message);
+    text.Write("Error while creating object");
+    text.Finish();
     return false;
   }
   const auto lock = Lock(object_lock_);
@@ -213,17 +215,23 @@ int Library::Free(Handle& handle) {
 }
 
 void Library::ReportMissing(const char* function) {
-  ++api_error_count_;
-  const std::string message =
-      std::string(function) + " could not be loaded or has wrong signature!";
+  // In a buffer of its own: memory may be what is missing.
+  std::array<char, 128> message;
+  const int length = std::snprintf(message.data(), message.size(),
+                                   "%s could not be loaded or has wrong signature!", function);
+  {
+    const auto lock = Lock(library_lock_);
+    ++api_error_count_;
+  }
   if (screen_indicator_) {
-    std::printf("FIX ME in C glu: %s\n", message.c_str());
+    std::printf("FIX ME in C glu: %s\n", message.data());
     std::fflush(stdout);
   }
   bool refused = false;
   {
     const auto lock = Lock(library_lock_);
-    refused = error_callback_ != nullptr && error_callback_(api_error_count_, message) != 0;
+    const std::string_view text(message.data(), static_cast<std::size_t>(length));
+    refused = error_callback_ != nullptr && error_callback_(api_error_count_, text) != 0;
   }
   if (refused) std::exit(kMissingFunctionExitCode);
   Assert(!exception_indicator_, "!exceptionIndicator");

@@ -114,7 +114,7 @@ class Library {
   EntryPoint Find(const char* name) const;
   void Unload();
   void Assert(bool condition, const char* text) const;
-  std::unique_lock<std::mutex> Lock(std::mutex& mutex) const;
+  std::unique_lock<std::recursive_mutex> Lock(std::recursive_mutex& mutex) const;
 
   LibraryInterface interface_;
   std::vector<FunctionBase*> functions_;
@@ -136,8 +136,10 @@ class Library {
   bool exception_indicator_ = false;
   MissingFunctionCallback error_callback_ = nullptr;
   bool locking_ = false;
-  std::mutex library_lock_;  // loading and LoadedFlag
-  std::mutex object_lock_;   // ObjectCount and unloading; never held together with library_lock_
+  // Recursive, since a callback may call a missing function in its turn.
+  std::recursive_mutex library_lock_;  // loading and LoadedFlag, APIErrorCount and the callback
+  // ObjectCount and unloading; not taken while library_lock_ is held.
+  std::recursive_mutex object_lock_;
 };
 
 inline FunctionBase::FunctionBase(Library& library, const char* name, std::span<const int> codes)

@@ -16,8 +16,14 @@ bool IsDirectorySeparator(char character) {
   return character == '\\' || character == '/';
 }
 
+// A damaged file is a failure like any other; without this the system would show a dialog that an
+// unattended run waits for.
 ModuleHandle LoadModule(const std::string& file_name) {
-  return LoadLibraryA(file_name.c_str());
+  const UINT mode = GetErrorMode();
+  SetErrorMode(mode | SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX);
+  const ModuleHandle module = LoadLibraryA(file_name.c_str());
+  SetErrorMode(mode);
+  return module;
 }
 
 std::string ModuleFailure() {

@@ -40,7 +40,8 @@ struct Tdx : TdxFunctions {
 
   // Writes one record of the symbol being written. The library says how many labels its index tuple
   // has; a scalar has none.
-  int tdxDataWriteStr(Handle object, const KeyTuple& keys, const ValueRecord& values) const {
+  int tdxDataWriteStr(Handle object, std::span<const std::string_view> keys,
+                      const ValueRecord& values) const {
     const IndexTuple tuple{keys, tdxCurrentDim(object), trim_keys};
     return TdxFunctions::tdxDataWriteStr(object, tuple, values);
   }

@@ -2,27 +2,32 @@
 // windows.h comes before the headers that need it.
 #include <shellapi.h>
 
+#include <memory>
+
 #include "driver/arguments.h"
 
 namespace linfit {
+namespace {
+
+std::string ToUtf8(const wchar_t* wide) {
+  const int size = WideCharToMultiByte(CP_UTF8, 0, wide, -1, nullptr, 0, nullptr, nullptr);
+  if (size < 1) return {};
+  std::string text(static_cast<std::size_t>(size), '\0');
+  WideCharToMultiByte(CP_UTF8, 0, wide, -1, text.data(), size, nullptr, nullptr);
+  text.pop_back();  // the terminating zero counts
+  return text;
+}
+
+}  // namespace
 
 // The arguments of main have lost what the system's code page doesn't hold; the wide command line
-// has everything.
-std::string FirstArgument(int /*argc*/, char** /*argv*/) {
+// has everything. Theirs are better than none when it can't be split.
+std::string FirstArgument(int argc, char** argv) {
   int count = 0;
-  wchar_t** const arguments = CommandLineToArgvW(GetCommandLineW(), &count);
-  std::string argument;
-  if (arguments != nullptr && count > 1) {
-    const wchar_t* const wide = arguments[1];
-    const int size = WideCharToMultiByte(CP_UTF8, 0, wide, -1, nullptr, 0, nullptr, nullptr);
-    if (size > 1) {  // the terminating zero counts
-      argument.resize(static_cast<std::size_t>(size));
-      WideCharToMultiByte(CP_UTF8, 0, wide, -1, argument.data(), size, nullptr, nullptr);
-      argument.pop_back();
-    }
-  }
-  LocalFree(arguments);
-  return argument;
+  const std::unique_ptr<wchar_t*, decltype(&LocalFree)> arguments(
+      CommandLineToArgvW(GetCommandLineW(), &count), LocalFree);
+  if (arguments == nullptr) return argc > 1 ? argv[1] : "";
+  return count > 1 ? ToUtf8(arguments.get()[1]) : "";
 }
 
 }  // namespace linfit

@@ -19,10 +19,10 @@ void Estimate(SolverRun& run) {
 
 void PrintReport(SolverRun& run) {
   for (const std::string& line : ReportLines(run.data, run.result)) WriteStatAndLog(run, line);
-  const Probability cdf = FCdf(run.result.f_statistic, NumeratorDegrees(run.data), run.result.df);
   // No line when no special function was needed.
-  if (const std::string line = DiagnosticLine(cdf); !line.empty()) WriteLine(run, line, 0);
-  WriteStatAndLog(run, FTestLine(run.data, run.result, 1.0 - cdf.value));
+  const std::string line = DiagnosticLine(run.result.f_cdf);
+  if (!line.empty()) WriteLine(run, line, 0);
+  WriteStatAndLog(run, FTestLine(run.data, run.result));
 }
 
 }  // namespace linfit

@@ -16,8 +16,10 @@ constexpr int kAutomatic = 2;
 
 void CheckSize(SolverRun& run) {
   RegressionData& data = run.data;
-  data.n = run.row_count - 1;
-  data.p = data.AddConstantTerm > 0 ? run.column_count : run.column_count - 1;
+  // A library that works gives no negative counts; with any other one the differences stay in
+  // range.
+  data.n = std::max(run.row_count, 0) - 1;
+  data.p = std::max(run.column_count, 0) - (data.AddConstantTerm > 0 ? 0 : 1);
   if (data.n > run.options.maxn) FatalStop(run, "maxn limit exceeded");
   if (data.p > run.options.maxp) FatalStop(run, "maxp limit exceeded");
 }
@@ -56,7 +58,8 @@ int EntryCount(SolverRun& run, int column) {
 }
 
 void ReadEntries(SolverRun& run, int column, double* target) {
-  const int entries = EntryCount(run, column);
+  // No column has more entries than the model has rows.
+  const int entries = std::min(EntryCount(run, column), run.row_count);
   Handle cursor = nullptr;
   for (int e = 0; e < entries; ++e) {
     double value = 0.0;
@@ -72,7 +75,7 @@ void ReadEntries(SolverRun& run, int column, double* target) {
 void ReadColumns(SolverRun& run) {
   RegressionData& data = run.data;
   const std::size_t n = ArraySize(data.n);
-  const std::size_t variables = ArraySize(run.column_count - 1);
+  const std::size_t variables = ArraySize(std::max(run.column_count, 1) - 1);
   std::size_t c = 0;
   for (int column = 1; column <= run.column_count; ++column) {
     if (column == run.objective_variable) {

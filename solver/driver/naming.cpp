@@ -23,8 +23,8 @@ void AppendDictionaryName(SolverRun& run, const decltype(Dct::dctRowUels)& uels,
 
   std::array<std::array<char, kLabelWidth>, kMaxLabels> texts;
   std::array<LabelText, kMaxLabels> labels;
-  dimension = std::clamp(dimension, 0, kMaxLabels);
-  for (std::size_t k = 0; k < static_cast<std::size_t>(dimension); ++k) {
+  dimension = std::min(dimension, kMaxLabels);
+  for (std::size_t k = 0; k < ArraySize(dimension); ++k) {
     labels[k].number = numbers[k];
     run.last_return_code =
         run.dct.dctUelLabel(run.dictionary, numbers[k], labels[k].quote, texts[k]);

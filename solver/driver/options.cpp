@@ -1,5 +1,6 @@
 #include "driver/options.h"
 
+#include <algorithm>
 #include <array>
 #include <string>
 
@@ -9,6 +10,8 @@ namespace linfit {
 namespace {
 
 constexpr std::size_t kTextWidth = 300;
+// Far more than a file for five keys gives rise to; a count beyond it is no count.
+constexpr int kMostMessages = 10000;
 
 std::string DefinitionFilePath(SolverRun& run) {
   const ShortResult directory = run.tev.tevGetStrOpt(run.environment, "NameSysDir");
@@ -34,7 +37,7 @@ void ReadUserFile(SolverRun& run, Handle option) {
 }
 
 void WriteMessages(SolverRun& run, Handle option) {
-  const int count = run.opt.optMessageCount(option);
+  const int count = std::min(run.opt.optMessageCount(option), kMostMessages);
   for (int number = 1; number <= count; ++number) {
     std::array<char, kTextWidth> text;
     int kind = 0;

@@ -11,6 +11,7 @@
 #include "binding/tdxf9glu.h"
 #include "binding/tevmf9glu.h"
 #include "binding/tmomf9glu.h"
+#include "numerics/error_monitor.h"
 #include "regression/regression_data.h"
 #include "regression/regression_result.h"
 #include "resultsfile/key_shape.h"
@@ -58,6 +59,7 @@ struct SolverRun {
   SolverOptions options;
   RegressionData data;
   RegressionResult result;
+  ErrorMonitor error_monitor;
   KeyShape coefficient_shape;
   KeyShape observation_shape;
 };

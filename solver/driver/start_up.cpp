@@ -14,13 +14,15 @@ constexpr std::string_view kAuditLineTemplate =
     "_TAVO_Least Squares    28.2.0 r750fa45 Released Aug 19, 2019 WEI x86 64bit/MS Windows_OVAT_";
 static_assert(kAuditLineTemplate.size() == 91);
 
-void PrintLine(std::string_view text) {
-  std::printf("%.*s\n", static_cast<int>(text.size()), text.data());
+// All of `text`, zeros included, and what the library has left in the message buffer, as it came.
+void PrintLine(std::string_view text, std::string_view message = {}) {
+  std::fwrite(text.data(), 1, text.size(), stdout);
+  std::fwrite(message.data(), 1, message.size(), stdout);
+  std::fputc('\n', stdout);
 }
 
-// The library's text follows over the whole width of its field, as it came.
-std::string WithLibraryMessage(const SolverRun& run, std::string text) {
-  return text.append(run.StatusMessageBuffer.data(), run.StatusMessageBuffer.size());
+std::string_view LibraryMessage(const SolverRun& run) {
+  return Trimmed(run.StatusMessageBuffer);
 }
 
 }  // namespace
@@ -31,7 +33,7 @@ void SetControlFilePath(SolverRun& run, std::string_view argument) {
 
 void CreateAudit(SolverRun& run) {
   if (!run.pal.palXCreate(run.audit, run.StatusMessageBuffer)) {
-    PrintLine(WithLibraryMessage(run, "*** Could not create audit object: "));
+    PrintLine("*** Could not create audit object: ", LibraryMessage(run));
     Stop();
   }
   run.pal.palSetAuditLine(run.audit, kAuditLineTemplate);
@@ -46,7 +48,7 @@ void AnswerAuditQuery(SolverRun& run) {
 
 void CreateEnvironment(SolverRun& run) {
   if (!run.tev.tevXCreate(run.environment, run.StatusMessageBuffer)) {
-    PrintLine(WithLibraryMessage(run, "*** Could not create environment object: "));
+    PrintLine("*** Could not create environment object: ", LibraryMessage(run));
     Stop();
   }
 }
@@ -61,7 +63,7 @@ void InitializeEnvironment(SolverRun& run) {
 
 void CreateModel(SolverRun& run) {
   if (!run.tmo.tmoXCreate(run.model, run.StatusMessageBuffer)) {
-    PrintLine(WithLibraryMessage(run, "*** Could not create model object: "));
+    PrintLine("*** Could not create model object: ", LibraryMessage(run));
     Stop();
   }
 }
@@ -70,7 +72,7 @@ void RegisterEnvironment(SolverRun& run) {
   run.last_return_code =
       run.tmo.tmoRegisterEnvironment(run.model, run.environment, run.StatusMessageBuffer);
   if (run.last_return_code != 0) {
-    PrintLine(WithLibraryMessage(run, "*** Could not register environment: "));
+    PrintLine("*** Could not register environment: ", LibraryMessage(run));
     Stop();
   }
 }
@@ -78,7 +80,7 @@ void RegisterEnvironment(SolverRun& run) {
 void LoadModel(SolverRun& run) {
   run.last_return_code = run.tmo.tmoLoadDataLegacy(run.model, run.StatusMessageBuffer);
   if (run.last_return_code != 0) {
-    PrintLine(WithLibraryMessage(run, "*** Could not load TAVO model data."));
+    PrintLine("*** Could not load TAVO model data.", LibraryMessage(run));
     Stop();
   }
 }
@@ -134,7 +136,7 @@ void TakeDictionary(SolverRun& run) {
   }
   run.dictionary = run.tmo.tmoDict(run.model);
   if (!run.dct.dctGetReady(run.StatusMessageBuffer)) {
-    PrintLine(WithLibraryMessage(run, "*** Could not initialize dictionary library: "));
+    PrintLine("*** Could not initialize dictionary library: ", LibraryMessage(run));
     FreeAndStop(run);
   }
 }

@@ -1,6 +1,5 @@
 #include "driver/write_results_file.h"
 
-#include <algorithm>
 #include <array>
 #include <string>
 #include <string_view>
@@ -23,9 +22,7 @@ using LibraryText = std::array<char, 255>;
 // library's count of errors tells.
 class LibraryWriter {
  public:
-  explicit LibraryWriter(SolverRun& run) : run_(run) {
-    for (KeySlot& slot : keys_) slot.fill(' ');
-  }
+  explicit LibraryWriter(SolverRun& run) : run_(run) {}
 
   void Start(const SymbolHead& symbol) {
     run_.last_return_code = run_.tdx.tdxDataWriteStrStart(
@@ -33,9 +30,8 @@ class LibraryWriter {
   }
 
   void Record(const KeyList& keys, double value) {
-    for (std::size_t k = 0; k < keys.count; ++k) FillSlot(k, keys.keys[k]);
     value_[0] = value;
-    run_.last_return_code = run_.tdx.tdxDataWriteStr(run_.results_file, keys_, value_);
+    run_.last_return_code = run_.tdx.tdxDataWriteStr(run_.results_file, keys.Texts(), value_);
   }
 
   void Done(const SymbolHead& symbol) {
@@ -48,18 +44,7 @@ class LibraryWriter {
   }
 
  private:
-  // Blanks only what the slot's last key left behind: there are millions of records.
-  void FillSlot(std::size_t k, std::string_view key) {
-    const auto end = std::copy(key.begin(), key.end(), keys_[k].begin());
-    if (key.size() < used_[k]) {
-      std::fill(end, keys_[k].begin() + static_cast<std::ptrdiff_t>(used_[k]), ' ');
-    }
-    used_[k] = key.size();
-  }
-
   SolverRun& run_;
-  KeyTuple keys_;
-  std::array<std::size_t, std::tuple_size_v<KeyTuple>> used_{};  // characters of each slot's key
   ValueRecord value_{};  // only the first, a parameter's value, is ever set
 };
 
@@ -108,7 +93,8 @@ void WriteResultsFile(SolverRun& run) {
   LibraryWriter writer(run);
   const ResultsContent content{{run.data.CoefficientNames, run.coefficient_shape},
                                {run.data.ObservationNames, run.observation_shape},
-                               run.result};
+                               run.result,
+                               run.error_monitor};
   if (const Failure failure = PutAllSymbols(writer, content)) FatalStop(run, *failure);
 
   run.last_return_code = run.tdx.tdxClose(run.results_file);

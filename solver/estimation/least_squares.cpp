@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "estimation/largest_entry.h"
 #include "text/real_text.h"
 #include "text/trimmed.h"
 
@@ -21,9 +22,6 @@ void dgels_(const char* trans, const int* m, const int* n, const int* nrhs, doub
 // Inverse of U'U from its triangular factor U. `info` > 0: U has a zero on its diagonal.
 void dpotri_(const char* uplo, const int* n, double* a, const int* lda, int* info,
              std::size_t uplo_length);
-// A norm of a general matrix; 'M': the largest absolute entry, `work` is not used.
-double dlange_(const char* norm, const int* m, const int* n, const double* a, const int* lda,
-               double* work, std::size_t norm_length);
 // Constants of double precision; 'S': smallest number whose reciprocal is finite, 'P': precision.
 double dlamch_(const char* cmach, std::size_t cmach_length);
 
@@ -50,8 +48,8 @@ int RoundedToInteger(double value) {
 }
 
 // DGELS rescales a matrix outside this range; such a problem is refused instead.
-Failure CheckScaling(const std::vector<double>& a, int n, int p) {
-  const double largest = dlange_("M", &n, &p, a.data(), &n, nullptr, 1);
+Failure CheckScaling(const std::vector<double>& a) {
+  const double largest = LargestMagnitude(a);
   const double smallest_safe = dlamch_("S", 1) / dlamch_("P", 1);
   const double largest_safe = 1.0 / smallest_safe;
   const std::string text = "Jacobian very poorly scaled: ";
@@ -90,12 +88,13 @@ Failure SolveLeastSquares(const RegressionData& data, RegressionResult& result,
   const int size = RoundedToInteger(best_size);
   std::vector<double> workspace(ArraySize(size));
 
-  if (Failure failure = CheckScaling(a, n, p)) return failure;
+  if (Failure failure = CheckScaling(a)) return failure;
   dgels_("N", &n, &p, &one, a.data(), &n, b.data(), &n, workspace.data(), &size, &info, 1);
   diagnostic(" DGELS(LAPACK): info: " + std::to_string(info));
-  result.estimate.assign(b.begin(), b.begin() + std::min(n, p));
-  // DGELS refuses such a shape by itself, since `b` holds n values only.
+  // DGELS refuses such a shape by itself, since `b` holds n values only; a handler that returns to
+  // it leads here.
   if (n < p) return "Should have n>=p";
+  result.estimate.assign(b.begin(), b.begin() + static_cast<std::ptrdiff_t>(ArraySize(p)));
 
   dpotri_("U", &p, a.data(), &n, &info, 1);
   diagnostic(" DPOTRI(LAPACK) : info: " + std::to_string(info));

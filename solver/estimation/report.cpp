@@ -62,10 +62,10 @@ std::vector<std::string> ReportLines(const RegressionData& data, const Regressio
   return lines;
 }
 
-std::string FTestLine(const RegressionData& data, const RegressionResult& result, double p_value) {
+std::string FTestLine(const RegressionData& data, const RegressionResult& result) {
   return "F statistic: " + ReportNumber(result.f_statistic) + " on " +
          std::to_string(NumeratorDegrees(data)) + " and " + std::to_string(result.df) +
-         " DF, p-value: " + ReportNumber(p_value);
+         " DF, p-value: " + ReportNumber(result.f_pvalue);
 }
 
 }  // namespace linfit

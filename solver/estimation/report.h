@@ -20,7 +20,6 @@ namespace linfit {
                                                    const RegressionResult& result);
 
 // The last line, that of the F test.
-[[nodiscard]] std::string FTestLine(const RegressionData& data, const RegressionResult& result,
-                                    double p_value);
+[[nodiscard]] std::string FTestLine(const RegressionData& data, const RegressionResult& result);
 
 }  // namespace linfit

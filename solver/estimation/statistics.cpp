@@ -68,6 +68,8 @@ Failure ComputeStatistics(const RegressionData& data, RegressionResult& result,
   result.adjusted_r2 =
       1.0 - (static_cast<double>(data.n - intercepts) / result.df) * (1.0 - result.r2);
   FillCoefficientStatistics(result, diagnostic);
+  result.f_cdf = FCdf(result.f_statistic, NumeratorDegrees(data), result.df);
+  result.f_pvalue = 1.0 - result.f_cdf.value;
   result.covar = result.unscaled_covariance;
   for (double& entry : result.covar) entry *= result.resvar;
   return {};

@@ -8,9 +8,9 @@
 namespace linfit {
 
 // Fills everything in `result` but `estimate` and `unscaled_covariance`, which it reads.
-// `diagnostic` receives one line per t probability. Fails when there is no degree of freedom;
-// divisions by zero elsewhere (a perfect fit, a model that is only an intercept) give infinite or
-// undefined values.
+// `diagnostic` receives one line per t probability; that of the F test is the report's. Fails when
+// there is no degree of freedom; divisions by zero elsewhere (a perfect fit, a model that is only
+// an intercept) give infinite or undefined values.
 //
 // With an intercept the explained sum of squares is taken about the mean of the fitted values,
 // without one about zero; the total is explained plus residual sum of squares.

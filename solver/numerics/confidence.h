@@ -3,6 +3,8 @@
 
 #include <array>
 
+#include "numerics/error_monitor.h"
+
 namespace linfit {
 
 struct ConfidenceLevel {
@@ -17,8 +19,8 @@ inline constexpr std::array<ConfidenceLevel, 4> kConfidenceLevels{{
     {0.99, "99%"},
 }};
 
-// The lower-tail t quantile of a two-sided interval, STUDIN((1 - level) * 0.5, df, ifault):
+// The lower-tail t quantile of a two-sided interval, STUDIN((1 - level) * 0.5, df, ...):
 // negative, so that the ends of the interval are estimate + se * t and estimate - se * t.
-double ConfidenceQuantile(double level, int df, int& ifault);
+double ConfidenceQuantile(double level, int df, int& ifault, ErrorMonitor& monitor);
 
 }  // namespace linfit

@@ -2,7 +2,7 @@
 //
 // Each code has two limits. Its message is printed for the first `message` reports; from the report
 // after the first `abort` ones on the process is ended. kUnlimited or more is never counted down:
-// with the initial limits every report is printed and none ends the process.
+// with the initial limits every report is printed and none ends the process. A run has one monitor.
 #pragma once
 
 #include <array>

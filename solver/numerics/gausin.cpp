@@ -64,10 +64,12 @@ static_assert(kOneOverSqrtTwo == 0.7071067932881648);
 double NormalCdf(double x) {
   const double z = std::fabs(x) * kOneOverSqrtTwo;
   const double z2 = z * z;
-  double erfc = 0.0;
   if (z < 0.5) {
-    erfc = 1.0 - z * Horner(kNearNumerator, z2) / Horner(kNearDenominator, z2);
-  } else if (z < 4.0) {
+    const double erf = z * Horner(kNearNumerator, z2) / Horner(kNearDenominator, z2);
+    return x > 0.0 ? 0.5 + 0.5 * erf : 0.5 * (1.0 - erf);
+  }
+  double erfc = 0.0;
+  if (z < 4.0) {
     erfc = std::exp(-z2) * Horner(kMiddleNumerator, z) / Horner(kMiddleDenominator, z);
   } else {
     const double r = 1.0 / z2;
@@ -103,12 +105,7 @@ double GAUSIN(double p, ErrorMonitor& monitor) {
   if (p < 0.5) {
     x = -x;
   }
-  return (kSqrtTwoPi * (p - NormalCdf(x))) * std::exp(0.5 * (x * x)) + x;
-}
-
-double GAUSIN(double p) {
-  ErrorMonitor monitor;
-  return GAUSIN(p, monitor);
+  return x + kSqrtTwoPi * std::exp(x * x / 2.0) * (p - NormalCdf(x));
 }
 
 }  // namespace linfit

@@ -13,7 +13,5 @@ namespace linfit {
 // The x with Phi(x) = p. A p outside (0, 1) is reported to the error monitor as "G105.1", and the
 // result is 0. An undefined p gives an undefined result.
 double GAUSIN(double p, ErrorMonitor& monitor);
-// The same with a monitor in its initial state, which reports and never ends the process.
-double GAUSIN(double p);
 
 }  // namespace linfit

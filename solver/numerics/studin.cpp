@@ -33,14 +33,14 @@ static_assert(kLargeY1 == 6.300000190734863);
 static_assert(kQuadraticUpTo == 0.0020000000949949026);
 
 // The absolute quantile for n >= 3 degrees of freedom, two_tailed = P(|T| > t).
-double HillQuantile(double two_tailed, double n) {
+double HillQuantile(double two_tailed, double n, ErrorMonitor& monitor) {
   const double a = 1.0 / (n - 0.5);
   const double b = 48.0 / (a * a);
   double c = ((20700.0 * a / b - 98.0) * a - 16.0) * a + kC0;
   const double d = ((94.5 / (b + c) - 3.0) / b + 1.0) * std::sqrt(a * kHalfPi) * n;
   double y = std::pow(d * two_tailed, 2.0 / n);
   if (y > kTwentieth + a) {
-    const double x = GAUSIN(0.5 * two_tailed);  // the lower quantile: not positive
+    const double x = GAUSIN(0.5 * two_tailed, monitor);  // the lower quantile: not positive
     y = x * x;
     if (n < 5.0) {
       c = c + kLargeC0 * (n - 4.5) * (x + kLargeC1);
@@ -59,7 +59,7 @@ double HillQuantile(double two_tailed, double n) {
 
 }  // namespace
 
-double STUDIN(double p, int df, int& ifault) {
+double STUDIN(double p, int df, int& ifault, ErrorMonitor& monitor) {
   if (df < 1) {
     ifault = 1;
     return 0.0;
@@ -79,7 +79,7 @@ double STUDIN(double p, int df, int& ifault) {
   if (df == 2) {
     return sign * std::sqrt(2.0 / (two_tailed * (2.0 - two_tailed)) - 2.0);
   }
-  return sign * HillQuantile(two_tailed, static_cast<double>(df));
+  return sign * HillQuantile(two_tailed, static_cast<double>(df), monitor);
 }
 
 std::string_view StudinFailureText(int ifault) {
@@ -93,10 +93,10 @@ std::string_view StudinFailureText(int ifault) {
   }
 }
 
-double UpperStudentQuantile(double p, int df,
+double UpperStudentQuantile(double p, int df, ErrorMonitor& monitor,
                             const std::function<void(std::string_view message)>& stop) {
   int ifault = 0;
-  const double quantile = STUDIN(p, df, ifault);
+  const double quantile = STUDIN(p, df, ifault, monitor);
   if (ifault != 0) {
     stop(StudinFailureText(ifault));
     std::abort();

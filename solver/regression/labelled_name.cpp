@@ -30,10 +30,18 @@ std::string_view View(const NameTable& names, TextPiece piece) {
   return std::string_view(names.text).substr(piece.offset, piece.length);
 }
 
+std::int32_t AddSymbol(NameTable& names, std::string_view name) {
+  names.symbols.emplace_back(name);
+  return static_cast<std::int32_t>(names.symbols.size() - 1);
+}
+
+std::string_view SymbolAt(const NameTable& names, std::int32_t place) {
+  if (place < 0) return {};
+  return names.symbols[static_cast<std::size_t>(place)];
+}
+
 std::int32_t SymbolPlace(NameTable& names, std::int32_t number, std::string_view name) {
-  const auto is_place_of_name = [&](std::int32_t place) {
-    return names.symbols[static_cast<std::size_t>(place)] == name;
-  };
+  const auto is_place_of_name = [&](std::int32_t place) { return SymbolAt(names, place) == name; };
   // The rows or columns of a symbol mostly follow one another.
   if (!names.records.empty()) {
     const LabelledName& last = names.records.back();
@@ -44,8 +52,7 @@ std::int32_t SymbolPlace(NameTable& names, std::int32_t number, std::string_view
   const auto next = static_cast<std::int32_t>(names.symbols.size());
   const auto [entry, is_new] = names.symbol_places.try_emplace(number, next);
   if (!is_new && is_place_of_name(entry->second)) return entry->second;
-  names.symbols.emplace_back(name);
-  return next;
+  return AddSymbol(names, name);
 }
 
 void SetSymbol(NameTable& names, LabelledName& record, std::int32_t number, std::string_view name) {
@@ -60,10 +67,10 @@ const Label& LabelAt(const NameTable& names, const LabelledName& record, int k) 
 }  // namespace
 
 void AppendName(NameTable& names, std::int32_t symbol_number, std::string_view symbol_name,
-                const LabelText* labels, int count) {
+                const LabelText* labels, int dimension) {
   LabelledName record;
   SetSymbol(names, record, symbol_number, symbol_name);
-  record.dimension = std::clamp(count, 0, kMaxLabels);
+  record.dimension = std::clamp(dimension, kInterceptDimension, kMaxLabels);
   record.first_label = Place(names.labels.size());
   for (int k = 0; k < record.dimension; ++k) {
     const TextPiece text = AddText(names, Fit(labels[k].text, kLabelWidth));
@@ -74,8 +81,8 @@ void AppendName(NameTable& names, std::int32_t symbol_number, std::string_view s
 
 void AppendIntercept(NameTable& names) {
   LabelledName record;
-  record.dimension = kAddedInterceptDimension;
-  record.named_intercept = true;
+  record.dimension = kInterceptDimension;
+  record.display_name = AddSymbol(names, "Intercept");
   names.records.push_back(record);
 }
 
@@ -84,13 +91,13 @@ void AppendBlank(NameTable& names) {
 }
 
 std::string_view SymbolName(const NameTable& names, std::size_t i) {
-  const std::int32_t symbol = names.records[i].symbol;
-  if (symbol < 0) return {};
-  return names.symbols[static_cast<std::size_t>(symbol)];
+  return SymbolAt(names, names.records[i].symbol);
 }
 
 std::string_view LabelOf(const NameTable& names, std::size_t i, int k) {
-  return View(names, LabelAt(names, names.records[i], k).text);
+  const LabelledName& record = names.records[i];
+  if (k >= record.dimension) return {};
+  return View(names, LabelAt(names, record, k).text);
 }
 
 std::int32_t LabelNumber(const NameTable& names, std::size_t i, int k) {
@@ -103,7 +110,7 @@ std::string_view FlatKey(const NameTable& names, std::size_t i) {
 
 std::string DisplayName(const NameTable& names, std::size_t i) {
   const LabelledName& record = names.records[i];
-  if (record.named_intercept) return "Intercept";
+  if (record.display_name >= 0) return std::string(SymbolAt(names, record.display_name));
   std::string text(SymbolName(names, i));
   for (int k = 0; k < record.dimension; ++k) {
     const Label& label = LabelAt(names, record, k);
@@ -123,6 +130,8 @@ void SetFlatKey(NameTable& names, std::size_t i, std::string_view key) {
 void RelabelRecord(NameTable& names, std::size_t i, int dimension, std::int32_t symbol_number,
                    std::string_view symbol_name, std::string_view label) {
   LabelledName& record = names.records[i];
+  // Without labels, the symbol's name is the display name.
+  if (record.display_name < 0) record.display_name = record.symbol;
   SetSymbol(names, record, symbol_number, symbol_name);
   record.dimension = std::clamp(dimension, 0, kMaxLabels);
   record.first_label = Place(names.labels.size());

@@ -8,9 +8,9 @@
 //   display name                   250 characters
 // The memory follows the content instead of the limits: a record is a few numbers, and all texts of
 // one table lie end to end in one buffer, a symbol's name once for all records of the symbol. A
-// million observations with one short label each take about 50 MB. The display name isn't stored at
-// all; it is put together from the symbol name, the labels and their quote characters when it is
-// asked for.
+// million observations with one short label each take about 50 MB. Most display names aren't stored
+// at all; they are put together from the symbol name, the labels and their quote characters when
+// they are asked for.
 #pragma once
 
 #include <cstddef>
@@ -25,7 +25,7 @@ namespace linfit {
 inline constexpr std::size_t kLabelWidth = 63;
 inline constexpr std::size_t kDisplayNameWidth = 250;
 inline constexpr int kMaxLabels = 20;
-inline constexpr int kAddedInterceptDimension = -1;
+inline constexpr int kInterceptDimension = -1;
 
 struct TextPiece {  // a part of NameTable::text
   std::uint32_t offset = 0;
@@ -39,18 +39,18 @@ struct Label {
 };
 
 struct LabelledName {
-  std::int32_t dimension = 0;  // number of labels; -1 marks the added intercept
+  std::int32_t dimension = 0;  // number of labels; -1 marks an intercept
   std::int32_t symbol_number = 0;
-  std::int32_t symbol = -1;       // place in NameTable::symbols; -1: the symbol name is blank
-  bool named_intercept = false;   // the display name stays "Intercept", whatever the labels become
-  std::uint32_t first_label = 0;  // place of label 1 in NameTable::labels
-  TextPiece flat_key;             // blank until the results file sets it
+  std::int32_t symbol = -1;        // place in NameTable::symbols; -1: the symbol name is blank
+  std::int32_t display_name = -1;  // place in NameTable::symbols of one that stays as it is
+  std::uint32_t first_label = 0;   // place of label 1 in NameTable::labels
+  TextPiece flat_key;              // blank until the results file sets it
 };
 
 // The name records of all coefficients or of all observations, in order.
 struct NameTable {
   std::vector<LabelledName> records;
-  std::vector<std::string> symbols;  // each symbol name once
+  std::vector<std::string> symbols;  // each symbol name once, and display names that stay
   std::vector<Label> labels;         // the labels of record 0, then those of record 1, ...
   std::unordered_map<std::int32_t, std::int32_t> symbol_places;  // symbol number to place
   std::string text;  // characters of all labels and flat keys
@@ -64,15 +64,17 @@ struct LabelText {
   char quote = ' ';
 };
 
-// Adds the name of a row or column: a symbol with `count` (0 to 20) labels.
+// Adds the name of a row or column: a symbol with `dimension` labels, of which 20 count. A negative
+// dimension is that of an intercept.
 void AppendName(NameTable& names, std::int32_t symbol_number, std::string_view symbol_name,
-                const LabelText* labels, int count);
+                const LabelText* labels, int dimension);
 // Adds the record of the added intercept: dimension -1, display name "Intercept".
 void AppendIntercept(NameTable& names);
 // Adds a record with dimension 0 and nothing else in it.
 void AppendBlank(NameTable& names);
 
-// The parts of record `i` (counted from 0); `k` counts labels from 0.
+// The parts of record `i` (counted from 0); `k` counts labels from 0. A label that the record does
+// not have is blank.
 std::string_view SymbolName(const NameTable& names, std::size_t i);
 std::string_view LabelOf(const NameTable& names, std::size_t i, int k);
 std::int32_t LabelNumber(const NameTable& names, std::size_t i, int k);
@@ -83,8 +85,8 @@ std::string DisplayName(const NameTable& names, std::size_t i);
 
 // Sets the flat key of record `i`; text beyond 63 characters is cut.
 void SetFlatKey(NameTable& names, std::size_t i, std::string_view key);
-// Gives record `i`, that of an added intercept, a symbol of dimension `dimension` all of whose
-// labels are `label` with number -1. The display name stays.
+// Gives record `i`, that of an intercept, a symbol of dimension `dimension` all of whose labels are
+// `label` with number -1. The display name stays.
 void RelabelRecord(NameTable& names, std::size_t i, int dimension, std::int32_t symbol_number,
                    std::string_view symbol_name, std::string_view label);
 

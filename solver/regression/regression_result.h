@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <vector>
 
+#include "numerics/distributions.h"
+
 namespace linfit {
 
 struct RegressionResult {
@@ -23,6 +25,8 @@ struct RegressionResult {
   double r2 = 0.0;      // R squared, ess / (ess + rss)
   double adjusted_r2 = 0.0;
   double f_statistic = 0.0;
+  Probability f_cdf;      // of the F statistic
+  double f_pvalue = 0.0;  // 1 - f_cdf
 };
 
 }  // namespace linfit

@@ -26,7 +26,7 @@ bool JoinDimension(KeyShape& shape, std::int32_t dimension) {
 bool ScanCoefficientDimensions(const NameTable& names, KeyShape& shape) {
   for (std::size_t j = 0; j < names.records.size(); ++j) {
     const std::int32_t dimension = names.records[j].dimension;
-    if (dimension == kAddedInterceptDimension) {
+    if (dimension == kInterceptDimension) {
       shape.intercept_column = static_cast<std::int32_t>(j) + 1;
     } else if (!JoinDimension(shape, dimension)) {
       return false;
@@ -39,7 +39,7 @@ bool ScanCoefficientDimensions(const NameTable& names, KeyShape& shape) {
 bool ScanSymbols(const NameTable& names, KeyShape& shape) {
   for (std::size_t i = 0; i < names.records.size(); ++i) {
     const LabelledName& record = names.records[i];
-    if (record.dimension == kAddedInterceptDimension) continue;
+    if (record.dimension == kInterceptDimension) continue;
     if (shape.common_symbol_number == -1) {
       shape.common_symbol_number = record.symbol_number;
       shape.common_symbol_name = SymbolName(names, i);
@@ -109,7 +109,7 @@ void AnalyseCoefficientKeys(NameTable& names, KeyShape& shape) {
 Failure AnalyseObservationKeys(NameTable& names, KeyShape& shape) {
   bool structured = true;
   for (const LabelledName& record : names.records) {
-    if (record.dimension == kAddedInterceptDimension) {
+    if (record.dimension == kInterceptDimension) {
       return "d=-1 internal error";
     }
     if (!JoinDimension(shape, record.dimension)) {

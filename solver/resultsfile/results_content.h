@@ -44,6 +44,9 @@ struct KeyList {
   std::size_t count = 0;
 
   void Add(std::string_view key) { keys[count++] = key; }
+  [[nodiscard]] std::span<const std::string_view> Texts() const {
+    return std::span(keys).first(count);
+  }
 };
 
 // The elements that a vector is keyed by: all coefficients or all observations.
@@ -67,6 +70,7 @@ struct ResultsContent {
   Elements coefficients;
   Elements observations;
   const RegressionResult& result;
+  ErrorMonitor& monitor;  // of the quantiles, which are computed on the way
 };
 
 template <class Writer>
@@ -82,8 +86,9 @@ void PutVector(Writer& writer, std::string_view name, std::string_view text,
                const Elements& elements, std::span<const double> values) {
   const SymbolHead symbol{name, text, elements.shape.key_dimension};
   writer.Start(symbol);
+  KeyList keys;
   for (std::size_t i = 0; i < elements.Count(); ++i) {
-    KeyList keys;
+    keys.count = 0;
     elements.AddKeys(i, keys);
     writer.Record(keys, values[i]);
   }
@@ -97,9 +102,10 @@ void PutMatrix(Writer& writer, std::string_view name, std::string_view text,
   const SymbolHead symbol{name, text, 2 * elements.shape.key_dimension};
   writer.Start(symbol);
   const std::size_t p = elements.Count();
+  KeyList keys;
   for (std::size_t i = 0; i < p; ++i) {
     for (std::size_t j = 0; j < p; ++j) {
-      KeyList keys;
+      keys.count = 0;
       elements.AddKeys(i, keys);
       elements.AddKeys(j, keys);
       writer.Record(keys, values[i + j * p]);
@@ -110,14 +116,15 @@ void PutMatrix(Writer& writer, std::string_view name, std::string_view text,
 
 // Ends in the middle of the symbol when there is no quantile.
 template <class Writer>
-[[nodiscard]] Failure PutConfidenceIntervals(Writer& writer, const Elements& coefficients,
-                                             const RegressionResult& result) {
+[[nodiscard]] Failure PutConfidenceIntervals(Writer& writer, const ResultsContent& content) {
+  const Elements& coefficients = content.coefficients;
+  const RegressionResult& result = content.result;
   const SymbolHead symbol{"confint", "confidence intervals", coefficients.shape.key_dimension + 2};
   writer.Start(symbol);
   for (std::size_t j = 0; j < coefficients.Count(); ++j) {
     for (const ConfidenceLevel& level : kConfidenceLevels) {
       int ifault = 0;
-      const double t = ConfidenceQuantile(level.level, result.df, ifault);
+      const double t = ConfidenceQuantile(level.level, result.df, ifault, content.monitor);
       if (const std::string_view text = StudinFailureText(ifault); !text.empty()) {
         return std::string(text);
       }
@@ -152,7 +159,7 @@ template <class Writer>
   PutVector(writer, "resid", "residuals", observations, result.resid);
   PutVector(writer, "fitted", "fitted values for dependent variable", observations, result.fitted);
   PutMatrix(writer, "covar", "variance-covariance matrix", coefficients, result.covar);
-  return PutConfidenceIntervals(writer, coefficients, result);
+  return PutConfidenceIntervals(writer, content);
 }
 
 }  // namespace linfit

@@ -1,4 +1,5 @@
-// Texts in columns. A character of UTF-8 takes one column, of however many bytes it is.
+// Texts in columns. A character of valid UTF-8 takes one column, of however many bytes it is, and
+// so does each byte that belongs to none.
 #pragma once
 
 #include <cstddef>

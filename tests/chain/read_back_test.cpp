@@ -91,10 +91,11 @@ std::vector<Record> Covariance(const Keys& keys, const std::vector<double>& cova
 
 std::vector<Record> Intervals(const Keys& keys, const linfit::RegressionResult& result) {
   std::vector<Record> records;
+  linfit::ErrorMonitor monitor;
   for (std::size_t j = 0; j < keys.size(); ++j) {
     for (const linfit::ConfidenceLevel& level : linfit::kConfidenceLevels) {
       int ifault = 0;
-      const double t = linfit::ConfidenceQuantile(level.level, result.df, ifault);
+      const double t = linfit::ConfidenceQuantile(level.level, result.df, ifault, monitor);
       records.push_back({{level.label, keys[j][0], "LO"}, result.estimate[j] + t * result.se[j]});
       records.push_back({{level.label, keys[j][0], "UP"}, result.estimate[j] - t * result.se[j]});
     }

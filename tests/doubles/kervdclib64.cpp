@@ -28,11 +28,12 @@ const std::vector<doubles::Entry>& Column(int column) {
   return Model().columns.at(static_cast<std::size_t>(column - index_base));
 }
 
-int Uels(const doubles::ElementName& name, int* symbol, int* labels, int* dimension) {
+// `size`: the script's name for the number of labels.
+void Uels(const doubles::ElementName& name, const char* size, int number, int* symbol, int* labels,
+          int* dimension) {
   *symbol = name.symbol;
-  *dimension = static_cast<int>(name.labels.size());
+  *dimension = doubles::Scripted(size, number + 1, static_cast<int>(name.labels.size()));
   std::copy(name.labels.begin(), name.labels.end(), labels);
-  return 0;
 }
 
 }  // namespace
@@ -146,7 +147,7 @@ DOUBLES_EXPORT int tmoObjRow(void* h) {
 DOUBLES_EXPORT int tmoGetColStat(void* h, int column, int* entries, int* positive, int* negative,
                                  int* nonlinear) {
   const Call call(model_object, h, "tmoGetColStat", column);
-  *entries = static_cast<int>(Column(column).size());
+  *entries = doubles::Scripted("entryCount", column, static_cast<int>(Column(column).size()));
   *positive = *negative = *nonlinear = 0;
   return call.Int(0);
 }
@@ -204,18 +205,22 @@ DOUBLES_EXPORT int dctSymName(void* h, int symbol, char* name) {
 }
 DOUBLES_EXPORT int dctUelLabel(void* h, int number, char* quote, char* text) {
   const Call call(dictionary, h, "dctUelLabel", number);
-  const doubles::Label& label = Model().labels.at(static_cast<std::size_t>(number - 1));
+  const auto place = static_cast<std::size_t>(number - 1);
+  const bool known = place < Model().labels.size();
+  const doubles::Label label = known ? Model().labels[place] : doubles::Label();
   *quote = label.quote;
   return call.Give(text, label.text).Int(0);
 }
 DOUBLES_EXPORT int dctColUels(void* h, int column, int* symbol, int* labels, int* dimension) {
   const Call call(dictionary, h, "dctColUels", column);
-  Uels(Model().column_names.at(static_cast<std::size_t>(column)), symbol, labels, dimension);
+  Uels(Model().column_names.at(static_cast<std::size_t>(column)), "columnDimension", column, symbol,
+       labels, dimension);
   return call.Int(0);
 }
 DOUBLES_EXPORT int dctRowUels(void* h, int row, int* symbol, int* labels, int* dimension) {
   const Call call(dictionary, h, "dctRowUels", row);
-  Uels(Model().row_names.at(static_cast<std::size_t>(row)), symbol, labels, dimension);
+  Uels(Model().row_names.at(static_cast<std::size_t>(row)), "rowDimension", row, symbol, labels,
+       dimension);
   return call.Int(0);
 }
 

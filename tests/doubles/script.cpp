@@ -247,4 +247,9 @@ const Answer* FindAnswer(const std::string& function, const std::string& argumen
   return at == current_script.answers.end() ? nullptr : &at->second;
 }
 
+int Scripted(const std::string& name, int number, int otherwise) {
+  const Answer* answer = FindAnswer(name, std::to_string(number));
+  return answer != nullptr && answer->number ? static_cast<int>(*answer->number) : otherwise;
+}
+
 }  // namespace doubles

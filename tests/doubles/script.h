@@ -49,7 +49,7 @@ struct Model {
 };
 
 struct Message {
-  int kind;
+  int kind = 0;
   std::string text;
 };
 
@@ -110,5 +110,7 @@ class Call {
 };
 
 const Answer* FindAnswer(const std::string& function, const std::string& argument);
+// A number that the script may set as NAME(NUMBER) = VALUE.
+int Scripted(const std::string& name, int number, int otherwise);
 
 }  // namespace doubles

@@ -64,7 +64,7 @@ DOUBLES_EXPORT int tdxErrorCount(void* h) {
 // Not traced: the binding asks it before each record.
 DOUBLES_EXPORT int tdxCurrentDim(void* h) {
   doubles::RequireLive(results_file, h, "tdxCurrentDim");
-  return current_dimension;
+  return doubles::Scripted("tdxCurrentDim", 0, current_dimension);
 }
 
 namespace linfit {

@@ -37,8 +37,9 @@ DOUBLES_EXPORT int optMessageCount(void* h) {
 }
 DOUBLES_EXPORT void optGetMessage(void* h, int number, char* text, int* kind) {
   const Call call(options, h, "optGetMessage", number);
-  const doubles::Message& message =
-      doubles::CurrentScript().messages.at(static_cast<std::size_t>(number - 1));
+  const std::vector<doubles::Message>& messages = doubles::CurrentScript().messages;
+  const auto place = static_cast<std::size_t>(number - 1);
+  const doubles::Message message = place < messages.size() ? messages[place] : doubles::Message();
   call.Give(text, message.text);
   *kind = message.kind;
 }

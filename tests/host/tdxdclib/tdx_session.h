@@ -34,9 +34,8 @@ class TdxSession {
     return tdx_.tdxDataWriteStrStart(object_, name, text, dimension, type, 0) != 0;
   }
   bool Record(const std::vector<std::string>& keys, double value) {
-    linfit::KeyTuple tuple;
-    for (std::size_t k = 0; k < keys.size(); ++k) linfit::PadCopy(keys[k], tuple[k]);
-    return tdx_.tdxDataWriteStr(object_, tuple, {value}) != 0;
+    const std::vector<std::string_view> views(keys.begin(), keys.end());
+    return tdx_.tdxDataWriteStr(object_, views, {value}) != 0;
   }
   bool Done() { return tdx_.tdxDataWriteDone(object_) != 0; }
   bool Close() { return tdx_.tdxClose(object_) == 0; }

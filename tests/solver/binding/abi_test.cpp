@@ -3,7 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <string>
+#include <vector>
 
 namespace linfit {
 namespace {
@@ -75,22 +77,28 @@ int TakeKeys(Handle, const char* keys, const double* values) {
 
 TEST(IndexTuple, HoldsAsManyLabelsAsThereAreDimensions) {
   using Write = Abi<int(IndexTuple, const ValueRecord&)>;
-  KeyTuple keys;
-  for (std::size_t k = 0; k < keys.size(); ++k) PadCopy("key " + std::to_string(k), keys[k]);
-  keys[1].fill('x');
+  std::vector<std::string> texts;
+  for (int k = 0; k < 20; ++k) texts.push_back("key " + std::to_string(k) + "  ");
+  texts[1] = std::string(256, 'x');
+  const std::vector<std::string_view> keys(texts.begin(), texts.end());
   const std::string cut(255, 'x');
 
   ValueRecord values{1.5, 0, 0, 0, 3};
   Write::Call(TakeKeys, nullptr, IndexTuple{keys, 3, true}, values);
   EXPECT_EQ(received, "key 0|" + cut + "|key 2|");
   Write::Call(TakeKeys, nullptr, IndexTuple{keys, 1, false}, values = {1.5, 0, 0, 0, 1});
-  EXPECT_EQ(received, "key 0" + std::string(250, ' ') + "|");
-  for (const int scalar : {0, -1}) {
+  EXPECT_EQ(received, "key 0  |");
+  for (const int scalar : {0, -1, std::numeric_limits<int>::min()}) {
     Write::Call(TakeKeys, nullptr, IndexTuple{keys, scalar, true}, values = {});
     EXPECT_TRUE(buffer_is_empty);
   }
-  Write::Call(TakeKeys, nullptr, IndexTuple{keys, 21, true}, values = {0, 0, 0, 0, 20});
-  EXPECT_EQ(received.substr(received.size() - 7), "key 19|");
+  for (const int too_many : {21, std::numeric_limits<int>::max()}) {
+    Write::Call(TakeKeys, nullptr, IndexTuple{keys, too_many, true}, values = {0, 0, 0, 0, 20});
+    EXPECT_EQ(received.substr(received.size() - 7), "key 19|");
+  }
+  const std::span<const std::string_view> one = std::span(keys).first(1);
+  Write::Call(TakeKeys, nullptr, IndexTuple{one, 3, true}, values = {0, 0, 0, 0, 3});
+  EXPECT_EQ(received, "key 0|||") << "a label that isn't there is blank";
 }
 
 }  // namespace

@@ -12,11 +12,19 @@ int Ask(int& error_count, std::string_view message) {
   return error_count > 1 ? 1 : 0;
 }
 
+linfit::Tmo tmo;
+linfit::Handle model = nullptr;
+
+// Calls another missing function when it is first called.
+int CallAnother(int& error_count, std::string_view /*message*/) {
+  std::printf("nested %d\n", error_count);
+  if (error_count == 1) tmo.tmoNameOptFile(model);
+  return 0;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
-  linfit::Tmo tmo;
-  linfit::Handle model = nullptr;
   std::array<char, 300> message;
   if (!tmo.tmoXCreate(model, message)) return 1;
   for (int i = 1; i < argc; ++i) {
@@ -24,6 +32,7 @@ int main(int argc, char** argv) {
     if (std::strcmp(argv[i], "no-screen") == 0) tmo.SetScreenIndicator(false);
     if (std::strcmp(argv[i], "exception") == 0) tmo.SetExceptionIndicator(true);
     if (std::strcmp(argv[i], "callback") == 0) tmo.SetErrorCallback(Ask);
+    if (std::strcmp(argv[i], "nested") == 0) tmo.SetErrorCallback(CallAnother);
     if (std::strcmp(argv[i], "locking") == 0) tmo.SetLocking(true);
   }
   std::printf("result %g\n", tmo.tmoGetRhsOne(model, 1));

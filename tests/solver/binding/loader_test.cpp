@@ -224,15 +224,15 @@ TEST_F(Loader, ALibraryThatMakesNoObject) {
   EXPECT_EQ(handle_, nullptr);
   EXPECT_EQ(tev.ObjectCount(), 0);
   EXPECT_FALSE(tev.tevXCreate(handle_, std::span(message_).first(5)));
-  EXPECT_EQ(Message().substr(0, 8), "Error wh") << "what lies behind the field stays";
+  EXPECT_EQ(Message().substr(0, 8), "Erro  wh")
+      << "the last byte is the terminator's; what lies behind the field stays";
 }
 
 TEST_F(Loader, RecordsGoOutWithTheLabelsOfTheirSymbol) {
   Tdx tdx;
   ASSERT_TRUE(tdx.tdxCreate(handle_, message_));
   Script("");
-  KeyTuple keys;
-  for (std::size_t k = 0; k < keys.size(); ++k) PadCopy("key " + std::to_string(k), keys[k]);
+  const std::array<std::string_view, 3> keys = {"key 0", "key 1  ", "key 2"};
   tdx.tdxDataWriteStrStart(handle_, "rss", "text  ", 0, 1, 0);
   EXPECT_EQ(tdx.tdxDataWriteStr(handle_, keys, {1.5, 0, 0, 0, 0.1}), 1);
   tdx.tdxDataWriteStrStart(handle_, "resid", "", 2, 1, 0);
@@ -289,6 +289,12 @@ TEST_F(MissingFunction, DoesAsTheIndicatorsSay) {
   EXPECT_NE(run.exit_code, 123);
   EXPECT_EQ(run.out, Line("tmoGetRhsOne"));
   EXPECT_THAT(run.err, HasSubstr("tmomf9glu: assertion failed: !exceptionIndicator"));
+}
+
+TEST_F(MissingFunction, MayBeCalledByTheCallback) {
+  const auto run = Run({"no-exit", "no-screen", "nested", "locking"});
+  EXPECT_EQ(run.exit_code, 0);
+  EXPECT_THAT(run.out, StartsWith("nested 1\nnested 2\nresult 0\n"));
 }
 
 TEST_F(MissingFunction, AsksTheCallback) {

@@ -90,6 +90,7 @@ TEST(Statistics, LineThroughThreePointsWithIntercept) {
   EXPECT_NEAR(r.r2, 0.75, tolerance);
   EXPECT_NEAR(r.adjusted_r2, 0.5, tolerance);
   EXPECT_NEAR(r.f_statistic, 3.0, 1e-13);
+  EXPECT_NEAR(r.f_pvalue, 1.0 / 3, 1e-7);
   EXPECT_NEAR(r.se[0], std::sqrt(1.0 / 12), tolerance);
   EXPECT_NEAR(r.se[1], std::sqrt(7.0 / 18), tolerance);
   EXPECT_NEAR(r.tval[0], std::sqrt(3.0), 1e-13);
@@ -174,18 +175,23 @@ TEST(LeastSquares, RefusesBadScaling) {
   EXPECT_EQ(FitOf(Problem({}, {1, 2, 3})).failure, text + "all elem zero");
 }
 
-TEST(LeastSquares, ShapeThatLapackRefusesEndsTheProcess) {
+TEST(LeastSquares, ShapeThatLapackRefusesEndsTheRun) {
   const std::filesystem::path program = testing_support::FromUtf8(LINFIT_SHAPE_PROGRAM);
+  const std::filesystem::path returning = testing_support::FromUtf8(LINFIT_RETURNING_PROGRAM);
   const struct {
+    std::filesystem::path program;
     std::vector<std::string> shape;
     const char* out;
   } rows[] = {
-      {{"2", "3"}, " ** On entry to DGELS  parameter number  8 had an illegal value\n"},
-      {{"0", "1"}, " ** On entry to DGELS  parameter number  6 had an illegal value\n"},
-      {{"3", "2"}, "returned\n"},
+      {program, {"2", "3"}, " ** On entry to DGELS  parameter number  8 had an illegal value\n"},
+      {program, {"0", "1"}, " ** On entry to DGELS  parameter number  6 had an illegal value\n"},
+      {program, {"-1", "0"}, " ** On entry to DGELS  parameter number  2 had an illegal value\n"},
+      {program, {"3", "2"}, "returned\n"},
+      {returning, {"2", "3"}, "Should have n>=p\n"},
+      {returning, {"-1", "0"}, "Jacobian very poorly scaled: all elem zero\n"},
   };
   for (const auto& row : rows) {
-    const testing_support::ProgramResult run = testing_support::RunProgram(program, row.shape);
+    const testing_support::ProgramResult run = testing_support::RunProgram(row.program, row.shape);
     EXPECT_EQ(run.exit_code, 0);
     EXPECT_EQ(run.out, row.out);
     EXPECT_EQ(run.err, "");

@@ -42,9 +42,11 @@ TEST(Report, WholeText) {
       "Multiple R-squared:       0.99548  Adjusted R-squared:      -0.03120",
   };
   EXPECT_EQ(ReportLines(data, result), expected);
-  EXPECT_EQ(FTestLine(data, result, 4.98403e-10),
+  result.f_pvalue = 4.98403e-10;
+  EXPECT_EQ(FTestLine(data, result),
             "F statistic:     330.28530 on 2 and 1234 DF, p-value:   4.98403E-10");
-  EXPECT_EQ(FTestLine(data, result, 1.0 - std::numeric_limits<double>::max()),
+  result.f_pvalue = 1.0 - std::numeric_limits<double>::max();
+  EXPECT_EQ(FTestLine(data, result),
             "F statistic:     330.28530 on 2 and 1234 DF, p-value: -1.79769E+308");
 }
 

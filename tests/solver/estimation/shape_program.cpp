@@ -3,17 +3,17 @@
 #include <cstdlib>
 
 #include "estimation/least_squares.h"
-#include "tests/solver/estimation/problem.h"
 
 int main(int argc, char** argv) {
   if (argc != 3) return 2;
-  const auto n = static_cast<std::size_t>(std::atoi(argv[1]));
-  const auto p = static_cast<std::size_t>(std::atoi(argv[2]));
-  std::vector<std::vector<double>> columns(p, std::vector<double>(n, 1.0));
+  linfit::RegressionData data;
+  data.n = std::atoi(argv[1]);
+  data.p = std::atoi(argv[2]);
+  data.ResponseVector.assign(linfit::ArraySize(data.n), 1.0);
+  data.DesignMatrix.assign(linfit::ArraySize(data.n) * linfit::ArraySize(data.p), 1.0);
   linfit::RegressionResult result;
   const linfit::Failure failure =
-      linfit::SolveLeastSquares(linfit::Problem(columns, std::vector<double>(n, 1.0)), result,
-                                [](std::string_view /*line*/) {});
+      linfit::SolveLeastSquares(data, result, [](std::string_view /*line*/) {});
   std::puts(failure ? failure->c_str() : "returned");
   return 0;
 }

@@ -56,6 +56,20 @@ TEST(LabelledName, RelabelledInterceptKeepsItsDisplayName) {
   EXPECT_EQ(LabelOf(names, 0, 0), "i1");
 }
 
+// A dictionary may give the dimension of an intercept to a symbol of the model.
+TEST(LabelledName, AnInterceptOfTheModelKeepsItsName) {
+  NameTable names;
+  AppendName(names, 7, "b", nullptr, 0);
+  AppendName(names, 8, "const", nullptr, -1);
+  EXPECT_EQ(names.records[1].dimension, -1);
+  EXPECT_EQ(DisplayName(names, 1), "const");
+  EXPECT_EQ(LabelOf(names, 1, 0), "");
+  RelabelRecord(names, 1, 1, 7, "b", "Intercept");
+  EXPECT_EQ(SymbolName(names, 1), "b");
+  EXPECT_EQ(LabelOf(names, 1, 0), "Intercept");
+  EXPECT_EQ(DisplayName(names, 1), "const");
+}
+
 TEST(LabelledName, MemoryFollowsContent) {
   NameTable names;
   const std::size_t count = 100000;

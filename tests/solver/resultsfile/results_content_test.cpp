@@ -60,8 +60,9 @@ std::vector<RecordedSymbol> Record(NameTable coefficients, NameTable observation
   AnalyseCoefficientKeys(coefficients, coefficient_shape);
   EXPECT_EQ(AnalyseObservationKeys(observations, observation_shape), std::nullopt);
   Recorder recorder;
+  ErrorMonitor monitor;
   const ResultsContent content{
-      {coefficients, coefficient_shape}, {observations, observation_shape}, result};
+      {coefficients, coefficient_shape}, {observations, observation_shape}, result, monitor};
   EXPECT_EQ(PutAllSymbols(recorder, content), expected);
   return recorder.symbols;
 }
