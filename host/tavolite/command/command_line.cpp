@@ -93,10 +93,10 @@ CLI::App* AddSolve(CLI::App& app, SolveOptions& options, std::optional<InputForm
   AddChoice(*solve, "--format", format, InputFormats(),
             "Format of the model (default: by its suffix)");
   AddPath(*solve, "--data", options.data, "Data file of a MathProg model");
-  AddChoice<DataSide>(
+  AddChoice<std::optional<DataSide>>(
       *solve, "--data-side", options.data_side,
-      {{"left", DataSide::kLeft}, {"right", DataSide::kRight}},
-      "Side of the equality sign on which the data stand (default: left in MathProg "
+      {{"auto", std::nullopt}, {"left", DataSide::kLeft}, {"right", DataSide::kRight}},
+      "Side of the equality sign on which the data stand (default: auto, read off MathProg "
       "models, right in MPS and LP models)");
   solve->add_flag("--split-underscores", options.split_underscores,
                   "In MPS and LP models, take numbers behind underscores as labels: b_1 is b(1)");

@@ -34,7 +34,7 @@ struct SolveOptions {
   std::filesystem::path input{};  // a model or a table
   InputFormat format = InputFormat::kMathProg;
   std::filesystem::path data{};         // MathProg data file, may be empty
-  std::optional<DataSide> data_side{};  // none: left for MathProg, right for the other models
+  std::optional<DataSide> data_side{};  // none: read off MathProg, right for others
   bool split_underscores = false;       // MPS and LP: name_1 is `name` with the label 1
   TableOptions table;
   std::filesystem::path option_file{};  // the solver's; empty: none

@@ -5,11 +5,14 @@
 #include <string>
 #include <unordered_map>
 #include <utility>
+#include <vector>
 
 #include "base/input_error.h"
 #include "base/text_file.h"
 #include "tavolite/models/glpk_objective.h"
 #include "tavolite/models/mathprog_reader.h"
+#include "tavolite/models/mathprog_sides.h"
+#include "tavolite/models/model_file.h"
 #include "tavolite/models/mps_lp_reader.h"
 #include "tavolite/models/name_parser.h"
 
@@ -158,8 +161,7 @@ void AddColumns(glp_prob* problem, const std::vector<int>& order, const RowNumbe
 
 // With the data on the wrong side every value arrives with the other sign. A constant term is then
 // no longer seen as one: the solver adds an intercept that can't be told from it.
-void WarnOfNegativeConstant(const Model& model, const SolveOptions& options, DataSide side,
-                            ReaderNotes& notes) {
+void WarnOfNegativeConstant(const Model& model, const SolveOptions& options, ReaderNotes& notes) {
   const auto fit_rows = model.row_types.size() - 1;
   for (std::size_t j = 0; j < model.columns.size(); ++j) {
     const Column& column = model.columns[j];
@@ -171,14 +173,42 @@ void WarnOfNegativeConstant(const Model& model, const SolveOptions& options, Dat
                     [](double value) { return std::abs(value - 1.0) <= kConstantTolerance; }) &&
         !std::binary_search(column.rows->begin(), column.rows->end(), model.objective_row);
     if (!constant) continue;
-    const bool left = side == DataSide::kLeft;
     notes.warnings.push_back("the column of " +
                              DisplayName(model.dictionary, model.column_names, j) +
                              " is -1 in every observation: if " + Utf8(options.input.filename()) +
-                             " has its data on the " + (left ? "right" : "left") +
-                             "-hand side, use --data-side " + (left ? "right" : "left"));
+                             " has its data on the left-hand side, use --data-side left");
     return;
   }
+}
+
+// A restriction has no place in a regression of this kind.
+void NoteLoneRows(const Model& model, ReaderNotes& notes) {
+  constexpr std::size_t kMany = 4;
+  constexpr std::size_t kMostNamed = 5;
+  const std::vector<std::int32_t>& symbols = model.row_names.symbol;
+  std::vector<std::size_t> counts(model.dictionary.symbols.size());
+  for (const std::int32_t symbol : symbols) ++counts[static_cast<std::size_t>(symbol)];
+  const auto most = std::max_element(counts.begin(), counts.end());
+  if (most == counts.end() || *most < kMany) return;
+  std::size_t named = 0;
+  for (std::size_t i = 0; i < symbols.size() && named < kMostNamed; ++i) {
+    if (static_cast<std::int32_t>(i) == model.objective_row ||
+        counts[static_cast<std::size_t>(symbols[i])] != 1) {
+      continue;
+    }
+    ++named;
+    notes.notes.push_back(
+        "the row " + DisplayName(model.dictionary, model.row_names, i) + " stands alone beside " +
+        std::to_string(*most) + " rows of " +
+        model.dictionary.symbols[static_cast<std::size_t>(most - counts.begin())] +
+        ": it is fitted as one more observation; a restriction would not be kept");
+  }
+}
+
+DataSide ChooseSide(const SolveOptions& options, const std::string& mathprog) {
+  if (options.data_side) return *options.data_side;
+  if (options.format != InputFormat::kMathProg) return DataSide::kRight;
+  return FindDataSide(mathprog, Utf8(options.input)).value_or(DataSide::kLeft);
 }
 
 }  // namespace
@@ -186,20 +216,19 @@ void WarnOfNegativeConstant(const Model& model, const SolveOptions& options, Dat
 Model ReadGlpkModel(const SolveOptions& options, const std::filesystem::path& scratch,
                     ReaderNotes& notes) {
   const bool is_mathprog = options.format == InputFormat::kMathProg;
-  const DataSide side =
-      options.data_side.value_or(is_mathprog ? DataSide::kLeft : DataSide::kRight);
-  const double sign = side == DataSide::kRight ? -1.0 : 1.0;
   const NameStyle style = is_mathprog                 ? NameStyle::kMathProg
                           : options.split_underscores ? NameStyle::kBracketsOrUnderscores
                                                       : NameStyle::kBrackets;
   GlpkSession session;
-  GlpkProblem problem = is_mathprog
-                            ? ReadMathProg(session, options.input, options.data, scratch, notes)
-                            : ReadMpsOrLp(session, options.input, options.format);
+  const std::string text = is_mathprog ? ReadModelFile(options.input) : std::string();
+  const GlpkProblem problem =
+      is_mathprog ? ReadMathProg(session, options.input, text, options.data, scratch, notes)
+                  : ReadMpsOrLp(session, options.input, options.format);
+  const double sign = ChooseSide(options, text) == DataSide::kRight ? -1.0 : 1.0;
   Model model;
   try {
-    const Objective objective =
-        is_mathprog ? FindMathProgObjective(problem.get()) : RestoreObjective(problem.get(), notes);
+    const Objective objective = is_mathprog ? FindMathProgObjective(problem.get())
+                                            : RestoreObjective(session, problem.get(), notes);
     const RowNumbers numbers(problem.get(), objective);
     model.name = Utf8(options.input.stem());
     model.objective_row = numbers.Objective();
@@ -210,7 +239,8 @@ Model ReadGlpkModel(const SolveOptions& options, const std::filesystem::path& sc
   } catch (const InputError& error) {
     throw InputError(Utf8(options.input) + ": " + error.what());
   }
-  if (!options.data_side) WarnOfNegativeConstant(model, options, side, notes);
+  if (!is_mathprog && !options.data_side) WarnOfNegativeConstant(model, options, notes);
+  NoteLoneRows(model, notes);
   return model;
 }
 

@@ -58,16 +58,18 @@ Objective FindMathProgObjective(glp_prob* problem) {
   return objective;
 }
 
-Objective RestoreObjective(glp_prob* problem, ReaderNotes& notes) {
+Objective RestoreObjective(GlpkSession& session, glp_prob* problem, ReaderNotes& notes) {
   Objective objective = FindObjective(problem);
-  glp_create_index(problem);
+  session.Run([&] { glp_create_index(problem); });
   const auto row_taken = [&](const char* name) { return glp_find_row(problem, name) != 0; };
   const auto column_taken = [&](const char* name) { return glp_find_col(problem, name) != 0; };
   if (objective.column == 0) {
     const std::string name = FreeName("rss", column_taken);
-    objective.column = glp_add_cols(problem, 1);
-    glp_set_col_name(problem, objective.column, name.c_str());
-    glp_set_col_bnds(problem, objective.column, GLP_FR, 0.0, 0.0);
+    session.Run([&] {
+      objective.column = glp_add_cols(problem, 1);
+      glp_set_col_name(problem, objective.column, name.c_str());
+      glp_set_col_bnds(problem, objective.column, GLP_FR, 0.0, 0.0);
+    });
     notes.notes.push_back("the objective is empty: the variable " + name +
                           " was added as objective");
   }

@@ -1,10 +1,9 @@
 // Where the objective of a problem stands, and whether it is one variable alone.
 #pragma once
 
-#include <glpk.h>
-
 #include <string>
 
+#include "tavolite/models/glpk_session.h"
 #include "tavolite/models/reader_notes.h"
 
 namespace host {
@@ -22,7 +21,7 @@ Objective FindMathProgObjective(glp_prob* problem);
 
 // MPS and LP readers leave the objective out of the rows: it gets a name that no row has, and its
 // row is 0. An empty objective is given a variable. Throws InputError as above.
-Objective RestoreObjective(glp_prob* problem, ReaderNotes& notes);
+Objective RestoreObjective(GlpkSession& session, glp_prob* problem, ReaderNotes& notes);
 
 // GLPK's names may be null.
 inline std::string NameOrEmpty(const char* name) {

@@ -1,8 +1,11 @@
 #include "tavolite/models/glpk_session.h"
 
 #include <charconv>
+#include <new>
 #include <string_view>
 #include <utility>
+
+#include "base/input_error.h"
 
 namespace host {
 namespace {
@@ -21,22 +24,24 @@ std::size_t PlaceLength(std::string_view line, std::string_view file) {
 }  // namespace
 
 GlpkSession::GlpkSession() {
-  SetHooks();
+  // The first call that finds no environment makes one, and ends the process where it can't.
+  if (glp_init_env() > 1) throw std::bad_alloc();
+  glp_term_hook(&GlpkSession::TakeMessage, this);
+  glp_error_hook(&GlpkSession::Abort, this);
 }
 
 GlpkSession::~GlpkSession() {
+  if (aborted_) return;
   glp_term_hook(nullptr, nullptr);
   glp_error_hook(nullptr, nullptr);
   glp_free_env();
 }
 
-void GlpkSession::SetHooks() {
-  glp_term_hook(&GlpkSession::TakeMessage, this);
-  glp_error_hook(&GlpkSession::Abort, this);
-}
-
 int GlpkSession::TakeMessage(void* session, const char* text) {
-  static_cast<GlpkSession*>(session)->messages_ += text;
+  try {
+    static_cast<GlpkSession*>(session)->messages_ += text;
+  } catch (...) {  // GLPK's own functions lie in between
+  }
   return 1;
 }
 
@@ -44,16 +49,16 @@ void GlpkSession::Abort(void* session) {
   std::longjmp(static_cast<GlpkSession*>(session)->abort_point_, 1);
 }
 
-bool GlpkSession::Run(const std::function<void()>& body) {
+void GlpkSession::Run(const std::function<void()>& body) {
   // The manual of GLPK leaves the hook by a jump; the environment must be freed before any other
   // call.
   if (setjmp(abort_point_) != 0) {
     glp_free_env();
-    SetHooks();
-    return false;
+    aborted_ = true;
+    if (messages_.find("no memory available") != std::string::npos) throw std::bad_alloc();
+    throw InputError("GLPK gave up: " + FailureLine(messages_, "", "the model"));
   }
   body();
-  return true;
 }
 
 std::string FailureLine(const std::string& messages, const std::string& name,

@@ -14,14 +14,19 @@ namespace host {
 // object.
 class GlpkSession {
  public:
+  // Throws std::bad_alloc.
   GlpkSession();
   GlpkSession(const GlpkSession&) = delete;
   GlpkSession& operator=(const GlpkSession&) = delete;
   ~GlpkSession();
 
-  // Runs `body`, which calls GLPK. False when GLPK aborted: its environment is gone then, and with
-  // it every object made. The body is left by a jump: it must own nothing that needs a destructor.
-  [[nodiscard]] bool Run(const std::function<void()>& body);
+  // Runs `body`, which calls GLPK; whatever needs memory of GLPK is called so. Throws
+  // std::bad_alloc or InputError when GLPK aborted: its environment is gone then, and with it every
+  // object made. The body is left by a jump: it must own nothing that needs a destructor.
+  void Run(const std::function<void()>& body);
+
+  // GLPK has aborted: nothing of it is left.
+  [[nodiscard]] bool IsAborted() const { return aborted_; }
 
   // All that GLPK has printed so far.
   [[nodiscard]] const std::string& Messages() const { return messages_; }
@@ -30,14 +35,17 @@ class GlpkSession {
  private:
   static int TakeMessage(void* session, const char* text);
   static void Abort(void* session);
-  void SetHooks();
 
   std::string messages_;
   std::jmp_buf abort_point_{};
+  bool aborted_ = false;
 };
 
 struct GlpkProblemDeleter {
-  void operator()(glp_prob* problem) const { glp_delete_prob(problem); }
+  const GlpkSession* session = nullptr;
+  void operator()(glp_prob* problem) const {
+    if (!session->IsAborted()) glp_delete_prob(problem);
+  }
 };
 // Must go before the session does.
 using GlpkProblem = std::unique_ptr<glp_prob, GlpkProblemDeleter>;

@@ -1,5 +1,6 @@
 #include "tavolite/models/mathprog_reader.h"
 
+#include <algorithm>
 #include <fstream>
 #include <unordered_set>
 
@@ -56,9 +57,10 @@ struct MathProgSteps {
 // failed.
 bool Translate(GlpkSession& session, const MathProgFiles& files, bool display, GlpkProblem& problem,
                MathProgSteps& steps) {
-  problem.reset(glp_create_prob());
+  glp_prob* made = nullptr;
   glp_tran* translator = nullptr;
-  const bool ended = session.Run([&] {
+  session.Run([&] {
+    made = glp_create_prob();
     translator = glp_mpl_alloc_wksp();
     steps.model = glp_mpl_read_model(translator, files.model.c_str(), files.data.empty() ? 0 : 1);
     if (steps.model != 0) return;
@@ -66,12 +68,11 @@ bool Translate(GlpkSession& session, const MathProgFiles& files, bool display, G
     if (steps.data != 0) return;
     steps.generated = glp_mpl_generate(translator, files.output.c_str());
     if (steps.generated != 0) return;
-    glp_mpl_build_prob(translator, problem.get());
+    glp_mpl_build_prob(translator, made);
     // Ends with the false check that stands behind the display, so that its result tells nothing.
-    if (display) glp_mpl_postsolve(translator, problem.get(), GLP_SOL);
+    if (display) glp_mpl_postsolve(translator, made, GLP_SOL);
   });
-  if (!ended) (void)problem.release();  // gone with the environment
-  if (!ended) throw InputError("GLPK gave up: " + FailureLine(session.Messages(), "", files.model));
+  problem = GlpkProblem(made, {&session});
   glp_mpl_free_wksp(translator);
   return steps.generated == 0;
 }
@@ -92,7 +93,7 @@ void NameMissingVariables(glp_prob* problem, const std::vector<std::string>& dis
 GlpkProblem ReadWithDisplay(GlpkSession& session, const std::string& text, const MathProgText& scan,
                             const MathProgFiles& files, const fs::path& scratch,
                             ReaderNotes& notes) {
-  if (scan.variables.empty()) return nullptr;
+  if (scan.variables.empty()) return {};
   const fs::path copy = scratch / "model.mod";
   std::ofstream(copy, std::ios::binary) << WithVariableDisplay(text, scan, kMarker);
   MathProgFiles copied = files;
@@ -102,13 +103,26 @@ GlpkProblem ReadWithDisplay(GlpkSession& session, const std::string& text, const
   const bool done = Translate(session, copied, true, problem, steps);
   std::error_code ignored;
   fs::remove(copy, ignored);
-  if (!done) return nullptr;
+  if (!done) return {};
   const std::string output = ReadOutput(files.output);
   const std::size_t end = output.rfind(std::string("\n") + kMarker);
-  if (end == std::string::npos) return nullptr;
+  if (end == std::string::npos) return {};
   notes.output = output.substr(0, end);
   NameMissingVariables(problem.get(), DisplayedVariables(output, kMarker), notes);
   return problem;
+}
+
+void NoteUnusedStatements(const MathProgText& scan, ReaderNotes& notes) {
+  constexpr std::size_t kMostNamed = 5;
+  const std::size_t count = scan.behind_solve.size();
+  if (count == 0) return;
+  std::string text = "statements behind `solve` are not run:";
+  for (std::size_t i = 0; i < std::min(count, kMostNamed); ++i) {
+    const auto& [keyword, line] = scan.behind_solve[i];
+    text += (i == 0 ? " " : ", ") + keyword + " in line " + std::to_string(line);
+  }
+  if (count > kMostNamed) text += " and " + std::to_string(count - kMostNamed) + " more";
+  notes.notes.push_back(text);
 }
 
 fs::path DataBeside(const fs::path& model, ReaderNotes& notes) {
@@ -134,11 +148,11 @@ void Generate(GlpkSession& session, const MathProgFiles& files, const std::strin
 
 }  // namespace
 
-GlpkProblem ReadMathProg(GlpkSession& session, const fs::path& model, const fs::path& data,
-                         const fs::path& scratch, ReaderNotes& notes) {
-  const std::string text = ReadModelFile(model);
+GlpkProblem ReadMathProg(GlpkSession& session, const fs::path& model, const std::string& text,
+                         const fs::path& data, const fs::path& scratch, ReaderNotes& notes) {
   const MathProgText scan = ScanMathProg(text);
   notes.variables = scan.variables;
+  NoteUnusedStatements(scan, notes);
   fs::path data_file = data;
   if (data_file.empty() && !scan.has_data_section) data_file = DataBeside(model, notes);
   if (!data_file.empty()) ReadModelFile(data_file);

@@ -1,82 +1,28 @@
 #include "tavolite/models/mathprog_text.h"
 
 #include <algorithm>
-#include <cctype>
+
+#include "tavolite/models/mathprog_tokens.h"
 
 namespace host {
-namespace {
-
-bool IsWordCharacter(char c) {
-  return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_';
-}
-
-// Walks over a model's words and marks; comments and quoted texts are stepped over.
-class Tokens {
- public:
-  explicit Tokens(std::string_view text) : text_(text) {}
-
-  // The next word or single mark, empty at the end. A quoted text counts as one mark.
-  std::string_view Next() {
-    SkipBlanks();
-    begin_ = at_;
-    if (at_ == text_.size()) return {};
-    if (text_[at_] == '\'' || text_[at_] == '"') {
-      const std::size_t close = text_.find(text_[at_], at_ + 1);
-      at_ = close == std::string_view::npos ? text_.size() : close + 1;
-    } else if (IsWordCharacter(text_[at_])) {
-      while (at_ < text_.size() && IsWordCharacter(text_[at_])) ++at_;
-    } else {
-      ++at_;
-    }
-    return text_.substr(begin_, at_ - begin_);
-  }
-  [[nodiscard]] std::size_t Begin() const { return begin_; }
-  [[nodiscard]] std::size_t End() const { return at_; }
-
- private:
-  void SkipBlanks() {
-    while (at_ < text_.size()) {
-      if (std::isspace(static_cast<unsigned char>(text_[at_])) != 0) {
-        ++at_;
-      } else if (text_[at_] == '#') {
-        at_ = std::min(text_.find('\n', at_), text_.size());
-      } else if (text_.substr(at_, 2) == "/*") {
-        const std::size_t close = text_.find("*/", at_ + 2);
-        at_ = close == std::string_view::npos ? text_.size() : close + 2;
-      } else {
-        return;
-      }
-    }
-  }
-
-  std::string_view text_;
-  std::size_t begin_ = 0;
-  std::size_t at_ = 0;
-};
-
-}  // namespace
-
 MathProgText ScanMathProg(std::string_view text) {
   MathProgText scan;
   scan.section_end = text.size();
-  Tokens tokens(text);
-  bool at_statement = true;  // the previous mark ends a statement or a block
-  for (std::string_view token = tokens.Next(); !token.empty();) {
-    const std::size_t begin = tokens.Begin();
-    std::string_view next = tokens.Next();
-    if (at_statement && next == ";") {
-      if (token == "solve" && scan.solve_end == 0) scan.solve_end = tokens.End();
-      if (token == "data" || token == "end") {
-        scan.section_end = begin;
-        scan.has_data_section = token == "data";
-        break;
-      }
+  MathProgStatements statements(text);
+  for (MathProgStatement s = statements.Next(); !s.tokens.empty(); s = statements.Next()) {
+    const bool is_alone = s.tokens.size() == 1 && s.is_ended;
+    if (is_alone && (s.First() == "data" || s.First() == "end")) {
+      scan.section_end = s.tokens.front().begin;
+      scan.has_data_section = s.First() == "data";
+      break;
     }
-    if (at_statement && token == "var" && !next.empty() && IsWordCharacter(next.front())) {
-      scan.variables.emplace_back(next);
+    if (is_alone && s.First() == "solve") {
+      if (scan.solve_end == 0) scan.solve_end = s.end;
+    } else if (scan.solve_end != 0) {
+      scan.behind_solve.push_back({std::string(s.First()), LineOf(text, s)});
+    } else if (s.First() == "var" && s.tokens.size() > 1 && s.tokens[1].IsWord()) {
+      scan.variables.emplace_back(s.tokens[1].text);
     }
-    at_statement = token == ";" || token == "}";
-    token = next;
   }
   return scan;
 }

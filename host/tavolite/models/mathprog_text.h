@@ -9,11 +9,17 @@
 namespace host {
 
 struct MathProgText {
+  struct Unused {
+    std::string keyword;
+    std::size_t line = 0;
+  };
+
   std::vector<std::string> variables;  // names declared with `var`, in order
   std::size_t solve_end = 0;           // offset behind the first `solve;`, 0 when there is none
   std::size_t section_end = 0;         // offset where the model section ends: of `data;` or `end;`,
                                        // or the length of the text
   bool has_data_section = false;
+  std::vector<Unused> behind_solve;  // statements between `solve` and the section's end
 };
 
 MathProgText ScanMathProg(std::string_view text);

@@ -12,17 +12,18 @@ namespace {
 // Null when the file isn't taken; `failure` tells why then. `mps_form` counts for MPS only.
 GlpkProblem Read(GlpkSession& session, const std::string& file, bool is_lp, int mps_form,
                  std::string& failure) {
-  GlpkProblem problem(glp_create_prob());
   session.ForgetMessages();
+  glp_prob* made = nullptr;
   int result = 1;
-  const bool ended = session.Run([&] {
-    result = is_lp ? glp_read_lp(problem.get(), nullptr, file.c_str())
-                   : glp_read_mps(problem.get(), mps_form, nullptr, file.c_str());
+  session.Run([&] {
+    made = glp_create_prob();
+    result = is_lp ? glp_read_lp(made, nullptr, file.c_str())
+                   : glp_read_mps(made, mps_form, nullptr, file.c_str());
   });
-  if (!ended) (void)problem.release();  // gone with the environment
-  if (ended && result == 0) return problem;
+  GlpkProblem problem(made, {&session});
+  if (result == 0) return problem;
   failure = FailureLine(session.Messages(), file, file);
-  return nullptr;
+  return {};
 }
 
 }  // namespace

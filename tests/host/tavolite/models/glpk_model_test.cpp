@@ -225,16 +225,43 @@ TEST_F(GlpkModel, EmptyObjectiveIsFilledIn) {
 }
 
 TEST_F(GlpkModel, ConstantColumnOfMinusOneDrawsAWarning) {
-  const std::string right =
-      "var rss; var one; var b; minimize o: rss;\n"
-      "f: 2*b + one = 3; g: b + one = 4; end;\n";
-  Read("a.mod", right);
+  const std::string left =
+      "minimize\n o: rss\nsubject to\n f: - 2 b - one = -3\n g: - b - one = -4\n"
+      "bounds\n rss free\n one free\n b free\nend\n";
+  Read("a.lp", left);
   ASSERT_EQ(notes.warnings.size(), 1U);
-  EXPECT_NE(notes.warnings[0].find("--data-side right"), std::string::npos);
+  EXPECT_NE(notes.warnings[0].find("--data-side left"), std::string::npos);
   EXPECT_NE(notes.warnings[0].find("of one is"), std::string::npos);
-  side = DataSide::kRight;
-  EXPECT_EQ(Read("a.mod", right).rhs, (Values{0, -3, -4}));
+  side = DataSide::kLeft;
+  EXPECT_EQ(Read("a.lp", left).rhs, (Values{0, -3, -4}));
   EXPECT_TRUE(notes.warnings.empty());
+}
+
+TEST_F(GlpkModel, MathProgShowsTheSideOfItsData) {
+  const std::string variables = "var rss; var b; var c; minimize o: rss;\n";
+  for (const char* rows : {"f: 3 = 2*b + c; g: 4 = b;", "f: 2*b + c = 3; g: b = 4;",
+                           "f: 3 - 2*b - c = 0; g: 0 = b - 4;"}) {
+    const Model model = Read("a.mod", variables + rows + " end;\n");
+    EXPECT_EQ(model.rhs, (Values{0, -3, -4})) << rows;
+    for (std::size_t j = 1; j < 3; ++j) {
+      for (const double value : model.columns[j].values) EXPECT_LT(value, 0.0) << rows;
+    }
+  }
+  ExpectRefused("a.mod", variables + "f: 3 = b;\ng: 1 + b = c; end;\n",
+                "a.mod:3: constraint g has variables on both sides");
+  side = DataSide::kRight;
+  EXPECT_EQ(Read("a.mod", variables + "f: 3 = b; g: 1 + b = c; end;\n").rhs, (Values{0, 3, 1}));
+}
+
+TEST_F(GlpkModel, OneRowBesideManyIsMentioned) {
+  const std::string text =
+      "var rss; var b; var c; minimize o: rss;\n"
+      "f{i in 1..4}: i = i^2*b + c; h: 1 = b + c;";
+  Read("a.mod", text + " end;\n");
+  ASSERT_EQ(notes.notes.size(), 1U);
+  EXPECT_NE(notes.notes[0].find("the row h stands alone beside 4 rows of f"), std::string::npos);
+  Read("a.mod", "var rss; var b; minimize o: rss; f: 1 = b; g: 2 = b; h: 4 = b; end;\n");
+  EXPECT_TRUE(notes.notes.empty());
 }
 
 TEST_F(GlpkModel, WhatIsNoRegressionIsRefusedWithTheReason) {

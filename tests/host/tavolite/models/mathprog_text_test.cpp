@@ -62,6 +62,17 @@ INSTANTIATE_TEST_SUITE_P(
         ScanCase{"NotAtAStatement", "f: var + solve = data; end", {}, nullptr, ""}),
     [](const auto& test) { return std::string(test.param.name); });
 
+TEST(MathProgText, ListsWhatStandsBehindSolve) {
+  const MathProgText scan = ScanMathProg(
+      "var a;\nsolve;\nfor{i in I: i > 2}: { display i;\nprintf 'x'; }\n\nprintf\n'y'; data; var "
+      "b;");
+  ASSERT_EQ(scan.behind_solve.size(), 2U);
+  EXPECT_EQ(scan.behind_solve[0].keyword, "for");
+  EXPECT_EQ(scan.behind_solve[0].line, 3U);
+  EXPECT_EQ(scan.behind_solve[1].keyword, "printf");
+  EXPECT_EQ(scan.behind_solve[1].line, 6U);
+}
+
 TEST(MathProgDisplay, StandsBehindSolveOrAtTheEndOfTheSection) {
   const auto with_display = [](const std::string& text) {
     return WithVariableDisplay(text, ScanMathProg(text), "mark");
