@@ -10,6 +10,8 @@ int OpenFlags(Database::Mode mode) {
   switch (mode) {
     case Database::Mode::kRead:
       return SQLITE_OPEN_READONLY;
+    case Database::Mode::kReadImmutable:
+      return SQLITE_OPEN_READONLY | SQLITE_OPEN_URI;
     case Database::Mode::kReadWrite:
       return SQLITE_OPEN_READWRITE;
     case Database::Mode::kCreate:
@@ -23,11 +25,26 @@ std::string Utf8(const std::filesystem::path& file) {
   return {text.begin(), text.end()};
 }
 
+std::string ImmutableUri(const std::string& name) {
+  constexpr std::string_view kDigits = "0123456789ABCDEF";
+  std::string uri = "file:";
+  for (const char c : name) {
+    if (c == '%' || c == '?' || c == '#' || c == '\\') {
+      const auto code = static_cast<unsigned char>(c);
+      uri += {'%', kDigits[code >> 4U], kDigits[code & 15U]};
+    } else {
+      uri += c;
+    }
+  }
+  return uri + "?immutable=1";
+}
+
 }  // namespace
 
 Database::Database(const std::filesystem::path& file, Mode mode) : name_(Utf8(file)) {
+  const std::string target = mode == Mode::kReadImmutable ? ImmutableUri(name_) : name_;
   const int result =
-      sqlite3_open_v2(name_.c_str(), &connection_,
+      sqlite3_open_v2(target.c_str(), &connection_,
                       OpenFlags(mode) | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE, nullptr);
   if (result != SQLITE_OK) {
     const std::string text = name_ + ": " + sqlite3_errstr(result);

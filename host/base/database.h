@@ -21,7 +21,8 @@ struct DatabaseError : std::runtime_error {
 
 class Database {
  public:
-  enum class Mode { kRead, kReadWrite, kCreate };
+  // kReadImmutable takes no locks: for what stays as it is in a file that others write.
+  enum class Mode { kRead, kReadImmutable, kReadWrite, kCreate };
 
   Database() = default;
   // Opens `file`. kCreate makes the file; the other modes fail when there is none.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <cmath>
 #include <deque>
 #include <fstream>
 #include <future>
@@ -12,6 +13,7 @@
 #include "base/text.h"
 #include "base/text_file.h"
 #include "instance/names.h"
+#include "tavolite/design/design_check.h"
 
 namespace host {
 namespace {
@@ -20,7 +22,6 @@ constexpr std::string_view kInfinityText = "Infinity";
 constexpr std::size_t kNumberWidth = 25;  // the longest number has 24 characters
 constexpr std::size_t kUsualName = 16;
 constexpr std::size_t kElementsPerPiece = 32768;
-constexpr std::int32_t kObjectiveCode = 5;  // of the head and tail values
 
 void AppendNumber(double value, std::string& text) {
   std::array<char, kNumberBuffer> buffer;
@@ -138,6 +139,7 @@ std::string ObjectiveText(const Solution& solution) {
 void WriteListing(const std::filesystem::path& listing, const std::filesystem::path& status_file,
                   const ModelNames& names, const Solution* solution) {
   Output output(listing);
+  for (const std::string& warning : names.warnings) output.Write("Warning: " + warning + "\n\n");
   CopyStatusFile(status_file, output);
   for (const std::string& note : names.notes) output.Write("\nNote: " + note + "\n");
   if (solution != nullptr) {
@@ -145,6 +147,9 @@ void WriteListing(const std::filesystem::path& listing, const std::filesystem::p
                  "\n\nModel status: " + ModelStatusText(solution->model_status) +
                  "\nSolve status: " + SolveStatusText(solution->solve_status) +
                  "\nObjective:    " + ObjectiveText(*solution) + "\n");
+    if (!std::isnan(names.condition)) {
+      output.Write("Condition:    " + ConditionText(names.condition) + "\n");
+    }
     WritePart("Equations", {names.dictionary, names.rows, solution->rows}, output);
     WritePart("Variables", {names.dictionary, names.columns, solution->columns}, output);
   }

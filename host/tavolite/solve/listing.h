@@ -1,7 +1,9 @@
 // The listing: the status file of the solver, followed by the solution under the model's own names.
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -16,8 +18,12 @@ struct ModelNames {
   Dictionary dictionary;
   ElementNames rows;
   ElementNames columns;
-  std::vector<std::string> notes;  // what the front end has assumed
+  std::vector<std::string> notes{};     // what the front end has assumed, what to know of the fit
+  std::vector<std::string> warnings{};  // of results that mean nothing or little
+  double condition = std::numeric_limits<double>::quiet_NaN();  // of the design; NaN: not known
 };
+
+inline constexpr std::int32_t kObjectiveCode = 5;  // of a solution's head and tail values
 
 // Model and solve status in words.
 std::string ModelStatusText(std::int32_t status);
@@ -27,8 +33,8 @@ std::string SolveStatusText(std::int32_t status);
 // "Infinity", "-Infinity", "NaN"; "not stated" when the solver has stated none.
 std::string ObjectiveText(const Solution& solution);
 
-// Writes `listing`: the content of `status_file` (nothing when it isn't there), then the notes,
-// then `solution` when there is one. Throws FileError.
+// Writes `listing`: the warnings, the content of `status_file` (nothing when it isn't there), the
+// notes, and `solution` when there is one. Throws FileError.
 void WriteListing(const std::filesystem::path& listing, const std::filesystem::path& status_file,
                   const ModelNames& names, const Solution* solution);
 

@@ -11,6 +11,7 @@
 #include "base/input_error.h"
 #include "base/text_file.h"
 #include "instance/instance.h"
+#include "tavolite/solve/design_step.h"
 #include "tavolite/solve/front_end.h"
 #include "tavolite/solve/listing.h"
 #include "tavolite/solve/running_solve.h"
@@ -35,6 +36,7 @@ struct Session {
   std::shared_ptr<RunningSolve> running;
   StepTimes times;
   std::future<void> matrix_end;
+  DesignStep design{};
   [[nodiscard]] fs::path Scratch(const char* name) const { return running->Scratch(name); }
 };
 
@@ -73,13 +75,14 @@ ModelNames Prepare(Session& session) {
   control.option_file = OptionFile(session, input);
   if (!session.options.timing.empty()) control.timing = session.Scratch("timing.txt");
   WriteControlFile(control, session.Scratch("control.txt"));
+  session.design.Start(control);
   session.matrix_end = std::async([columns = std::move(input.model.columns)]() mutable {
     std::vector<Column>().swap(columns);
   });
   session.times.End("write the instance");
-  return {std::move(input.model.name), std::move(input.model.dictionary),
+  return {std::move(input.model.name),      std::move(input.model.dictionary),
           std::move(input.model.row_names), std::move(input.model.column_names),
-          std::move(input.notes.notes)};
+          std::move(input.notes.notes),     {}};
 }
 
 ChildProcess::Exit RunSolver(Session& session, SolverLog& log) {
@@ -110,10 +113,22 @@ void Summarise(const Session& session, const Solution& solution, const SolverLog
   out.flush();
 }
 
-int Finish(Session& session, const ModelNames& names, const ChildProcess::Exit& exit,
+// Waits for the check of the design and tells what it found.
+bool CheckDesign(Session& session, const Solution& solution, ModelNames& names) {
+  DesignFindings findings = session.design.End(names, solution);
+  Tell(session, {findings.notes, findings.warnings, {}, {}});
+  names.notes.insert(names.notes.end(), findings.notes.begin(), findings.notes.end());
+  names.warnings = std::move(findings.warnings);
+  names.condition = findings.condition;
+  return findings.full_rank;
+}
+
+int Finish(Session& session, ModelNames& names, const ChildProcess::Exit& exit,
            const SolverLog& log, std::string& failure) {
   const fs::path instance = session.Scratch("instance.db");
   const std::optional<Solution> solution = ReadSolution(instance);
+  const bool full_rank = solution && CheckDesign(session, *solution, names);
+  session.design.Stop();
   // A large file takes its time to go.
   std::future<void> removal;
   if (!session.options.keep) {
@@ -136,7 +151,7 @@ int Finish(Session& session, const ModelNames& names, const ChildProcess::Exit& 
     return kNotSolved;
   }
   if (!session.options.quiet) Summarise(session, *solution, log);
-  return kSolved;
+  return full_rank ? kSolved : kNotFullRank;
 }
 
 // The solve without its end: what is wrong goes to `failure`.
@@ -147,7 +162,7 @@ int Solve(Session& session, std::string& failure) {
     session.listing = ChooseListing(session.options);
     session.running->MakeScratch(session.options);
     session.running->SetResultsFile(kResultsFile);
-    const ModelNames names = Prepare(session);
+    ModelNames names = Prepare(session);
     status = kNotSolved;
     SolverLog log;
     const ChildProcess::Exit exit = RunSolver(session, log);
@@ -167,6 +182,7 @@ int RunSolve(const SolveOptions& options, std::ostream& out, std::ostream& err) 
   Session session{options, out, err, {}, {}, RunningSolve::Start(), {}, {}};
   std::string failure;
   const int status = Solve(session, failure);
+  session.design.Stop();
   // Behind an interrupt, which takes the files away, nothing that has failed counts any more.
   const WithoutInterrupt now;
   if (!failure.empty()) err << "tavolite: " << failure << '\n';

@@ -8,7 +8,12 @@
 namespace host {
 
 // Exit status of the command.
-enum ExitStatus { kSolved = 0, kNotSolved = 1, kBadInput = 2 };
+enum ExitStatus {
+  kSolved = 0,
+  kNotSolved = 1,
+  kBadInput = 2,
+  kNotFullRank = 3  // solved, but the results mean nothing
+};
 
 // Solver log, notes and summary go to `out`, warnings and errors to `err`. Takes over interrupts:
 // to be called once in a process, before it starts a thread.

@@ -40,7 +40,11 @@ class Listing : public testing::Test {
 };
 
 TEST_F(Listing, HoldsStatusFileNotesAndSolution) {
-  ModelNames names{"m", {}, {}, {}, {"first note", "second note"}};
+  ModelNames names;
+  names.model = "m";
+  names.notes = {"first note", "second note"};
+  names.warnings = {"a warning"};
+  names.condition = 43275.0;
   Fill(2, names.dictionary, names.rows);
   Solution solution;
   solution.model_status = 1;
@@ -49,18 +53,21 @@ TEST_F(Listing, HoldsStatusFileNotesAndSolution) {
   solution.rows.level = {-1.7976931348623157e308, kNaN};
   solution.rows.marginal = {0.1, kInfinity};
   WriteFile(directory / "status.txt", "status\n");
-  EXPECT_EQ(Write(names, &solution),
-            "status\n\nNote: first note\n\nNote: second note\n\nSolution of m\n\n"
-            "Model status: optimal\nSolve status: code 13\nObjective:    -Infinity\n"
-            "\nEquations\n\n"
-            "                    Level                 Marginal  Name\n"
-            " -1.7976931348623157e+308                      0.1  fit(0)\n"
-            "                      NaN                 Infinity  fit(1)\n"
-            "\nVariables\n\n"
-            "                    Level                 Marginal  Name\n");
+  EXPECT_EQ(
+      Write(names, &solution),
+      "Warning: a warning\n\nstatus\n\nNote: first note\n\nNote: second note\n\nSolution of m\n\n"
+      "Model status: optimal\nSolve status: code 13\nObjective:    -Infinity\nCondition:    "
+      "4.3e+04\n"
+      "\nEquations\n\n"
+      "                    Level                 Marginal  Name\n"
+      " -1.7976931348623157e+308                      0.1  fit(0)\n"
+      "                      NaN                 Infinity  fit(1)\n"
+      "\nVariables\n\n"
+      "                    Level                 Marginal  Name\n");
   solution.head_and_tail.clear();
   EXPECT_EQ(ObjectiveText(solution), "not stated");
-  EXPECT_EQ(Write(names, nullptr), "status\n\nNote: first note\n\nNote: second note\n");
+  EXPECT_EQ(Write(names, nullptr),
+            "Warning: a warning\n\nstatus\n\nNote: first note\n\nNote: second note\n");
 }
 
 // Around the size of one piece, and with more pieces than are made at once.
