@@ -93,7 +93,7 @@ TEST_P(CsvRecords, AreParsed) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Csv, CsvRecords, testing::ValuesIn(kRecords),
-                         [](const auto& info) { return std::string(info.param.name); });
+                         [](const auto& test) { return std::string(test.param.name); });
 
 struct Header {
   const char* name;
@@ -128,7 +128,7 @@ TEST_P(CsvHeader, IsTaken) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Csv, CsvHeader, testing::ValuesIn(kHeaders),
-                         [](const auto& info) { return std::string(info.param.name); });
+                         [](const auto& test) { return std::string(test.param.name); });
 
 TEST(Csv, LastRecordEndIsBehindAnEvenNumberOfQuotes) {
   for (const auto& [text, end] : {std::pair<const char*, std::size_t>{"", 0},

@@ -106,8 +106,8 @@ TEST_P(HostileTables, OneLineStatusTwoAndNothingLeft) {
   EXPECT_EQ(std::distance(std::filesystem::directory_iterator(directory.Path()), {}), 1);
 }
 
-INSTANTIATE_TEST_SUITE_P(Command, HostileTables, testing::ValuesIn(Tables()), [](const auto& info) {
-  std::string name = info.param.name;
+INSTANTIATE_TEST_SUITE_P(Command, HostileTables, testing::ValuesIn(Tables()), [](const auto& test) {
+  std::string name = test.param.name;
   std::replace_if(
       name.begin(), name.end(),
       [](char c) { return std::isalnum(static_cast<unsigned char>(c)) == 0; }, '_');

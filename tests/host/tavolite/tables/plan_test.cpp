@@ -83,7 +83,7 @@ TEST_P(PlanChoices, GiveTheUsesOfColumns) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Plan, PlanChoices, testing::ValuesIn(kChoices),
-                         [](const auto& info) { return std::string(info.param.name); });
+                         [](const auto& test) { return std::string(test.param.name); });
 
 TEST(Plan, RefusesNamesThatResultsCantHave) {
   EXPECT_EQ(Planned(Table({}), {"y", "x", "z", "x"}),
