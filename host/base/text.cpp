@@ -6,6 +6,7 @@
 #include <bit>
 #include <charconv>
 #include <cmath>
+#include <vector>
 
 namespace host {
 
@@ -47,6 +48,21 @@ std::string LowerCase(std::string_view text) {
 
 std::string UpperCase(std::string_view text) {
   return Moved(text, 'a', 'A' - 'a');
+}
+
+std::size_t EditDistance(std::string_view a, std::string_view b) {
+  std::vector<std::size_t> row(b.size() + 1);
+  for (std::size_t j = 0; j <= b.size(); ++j) row[j] = j;
+  for (std::size_t i = 1; i <= a.size(); ++i) {
+    std::size_t diagonal = row[0];
+    row[0] = i;
+    for (std::size_t j = 1; j <= b.size(); ++j) {
+      const std::size_t change = diagonal + (a[i - 1] == b[j - 1] ? 0U : 1U);
+      diagonal = row[j];
+      row[j] = std::min({change, row[j] + 1, row[j - 1] + 1});
+    }
+  }
+  return row[b.size()];
 }
 
 std::string Counted(std::size_t count, std::string_view noun) {

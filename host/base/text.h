@@ -24,6 +24,9 @@ std::string_view StrippedEnd(std::string_view text, std::string_view blanks = " 
 std::string LowerCase(std::string_view text);
 std::string UpperCase(std::string_view text);
 
+// Number of bytes to insert, drop or change to make one text of the other (Levenshtein).
+std::size_t EditDistance(std::string_view a, std::string_view b);
+
 // "1 field", "2 fields".
 std::string Counted(std::size_t count, std::string_view noun);
 

@@ -4,29 +4,10 @@
 #include <limits>
 #include <system_error>
 
+#include "base/text.h"
 #include "tdx/tdx_schema.h"
 
 namespace host {
-
-namespace {
-
-// Number of letters to insert, drop or change to make one name of the other (Levenshtein).
-std::size_t EditDistance(std::string_view a, std::string_view b) {
-  std::vector<std::size_t> row(b.size() + 1);
-  for (std::size_t j = 0; j <= b.size(); ++j) row[j] = j;
-  for (std::size_t i = 1; i <= a.size(); ++i) {
-    std::size_t diagonal = row[0];
-    row[0] = i;
-    for (std::size_t j = 1; j <= b.size(); ++j) {
-      const std::size_t change = diagonal + (a[i - 1] == b[j - 1] ? 0U : 1U);
-      diagonal = row[j];
-      row[j] = std::min({change, row[j] + 1, row[j - 1] + 1});
-    }
-  }
-  return row[b.size()];
-}
-
-}  // namespace
 
 FileError TdxReader::Error(std::string_view text) const {
   return FileError(std::string(name_).append(": ").append(text));

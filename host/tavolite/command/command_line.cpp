@@ -1,13 +1,16 @@
 #include "tavolite/command/command_line.h"
 
 #include <CLI/CLI.hpp>
-#include <algorithm>
+#include <charconv>
+#include <limits>
 #include <system_error>
 
 #include "base/excerpt.h"
 #include "base/input_error.h"
 #include "base/text_file.h"
 #include "tavolite/command/input_format.h"
+#include "tavolite/command/solve_check.h"
+#include "tavolite/command/usage_error.h"
 #include "tavolite/command/version.h"
 
 namespace host {
@@ -36,6 +39,20 @@ void AddChoice(CLI::App& app, const char* name, Target& target,
          },
          help)
       ->check(CLI::IsMember(words));
+}
+
+std::int64_t ParseCount(const char* option, const std::string& text) {
+  std::int64_t count = 0;
+  const auto [end, code] = std::from_chars(text.data(), text.data() + text.size(), count);
+  if (code == std::errc::result_out_of_range) {
+    throw InputError(std::string(option) + ": " + Excerpt(text) + " is beyond " +
+                     std::to_string(std::numeric_limits<std::int64_t>::max()));
+  }
+  if (code != std::errc() || end != text.data() + text.size() || count < 0) {
+    throw InputError(std::string(option) + ": \"" + Excerpt(text) +
+                     "\" is not a whole number from 0 up");
+  }
+  return count;
 }
 
 char ParseSeparator(const std::string& text) {
@@ -115,64 +132,31 @@ CLI::App* AddSolve(CLI::App& app, SolveOptions& options, std::optional<InputForm
 CLI::App* AddShow(CLI::App& app, ShowOptions& options) {
   CLI::App* show = app.add_subcommand("show", "Print a results file");
   AddPath(*show, "FILE", options.file, "The results file")->required();
-  show->add_option("SYMBOL", options.symbol, "Print this symbol (default: an overview)");
+  show->add_option_function<std::string>(
+      "SYMBOL",
+      [&options](const std::string& text) {
+        if (text.empty()) throw InputError("the symbol's name is empty");
+        options.symbol = text;
+      },
+      "Print this symbol (default: an overview)");
   AddChoice<ShowFormat>(*show, "--format", options.format,
                         {{"table", ShowFormat::kTable},
                          {"csv", ShowFormat::kCsv},
                          {"json", ShowFormat::kJson},
                          {"html", ShowFormat::kHtml}},
                         "Format of the output (default: table)");
-  show->add_option("--limit", options.limit, "Print the first N records only")
-      ->check(CLI::NonNegativeNumber)
+  show->add_option_function<std::string>(
+          "--limit",
+          [&options](const std::string& text) { options.limit = ParseCount("--limit", text); },
+          "Print the first N records only")
       ->type_name("N");
   AddPath(*show, "--output", options.output, "Write to this file")->type_name("FILE");
   return show;
 }
 
-void CheckInputFile(const fs::path& file) {
-  std::error_code none;
-  if (!fs::exists(file, none)) throw InputError(Utf8(file) + ": there is no such file");
-  if (fs::is_directory(file, none)) throw InputError(Utf8(file) + ": is a directory");
-}
-
-InputFormat ChooseFormat(const SolveOptions& options, std::optional<InputFormat> stated) {
-  if (stated) return *stated;
-  if (const std::optional<InputFormat> format = InputFormatOf(options.input)) return *format;
-  if (!options.table.query.empty()) return InputFormat::kSqlite;
-  throw InputError(Utf8(options.input) + ": the suffix does not tell the format (known are " +
-                   KnownSuffixes() + "): give it with --format");
-}
-
-void CheckForTable(const SolveOptions& options) {
-  if (!options.data.empty() || options.data_side || options.split_underscores) {
-    throw InputError("--data, --data-side and --split-underscores are not for tables");
-  }
-  const bool is_database = options.format == InputFormat::kSqlite;
-  if (is_database && options.table.query.empty()) {
-    throw InputError(Utf8(options.input) + ": an SQLite file needs --query");
-  }
-  if (!is_database && !options.table.query.empty()) {
-    throw InputError("--query is for SQLite files only");
-  }
-}
-
-void CheckForModel(const SolveOptions& options) {
-  const TableOptions& table = options.table;
-  if (!table.response.empty() || !table.regressors.empty() || !table.drop.empty() ||
-      !table.labels.empty() || !table.factors.empty() || !table.query.empty() || table.separator ||
-      table.intercept != Intercept::kAutomatic) {
-    throw InputError(Utf8(options.input) + ": this is a model; the options for tables don't apply");
-  }
-  const bool is_mathprog = options.format == InputFormat::kMathProg;
-  if (!options.data.empty() && !is_mathprog) throw InputError("--data is for MathProg models only");
-  if (options.split_underscores && is_mathprog) {
-    throw InputError("--split-underscores is for MPS and LP models only");
-  }
-}
-
 }  // namespace
 
-std::variant<int, SolveOptions, ShowOptions> ParseCommandLine(std::vector<std::string> words,
+std::variant<int, SolveOptions, ShowOptions> ParseCommandLine(const std::vector<std::string>& words,
                                                               std::ostream& out,
                                                               std::ostream& err) {
   CLI::App app("Linear least-squares regression from model files and tables", "tavolite");
@@ -185,19 +169,16 @@ std::variant<int, SolveOptions, ShowOptions> ParseCommandLine(std::vector<std::s
   ShowOptions show_options;
   const CLI::App* show = AddShow(app, show_options);
   try {
-    std::reverse(words.begin(), words.end());  // as the parser wants them
-    app.parse(std::move(words));
+    // From the last to the first, as the parser wants them.
+    app.parse(std::vector<std::string>(words.rbegin(), words.rend()));
+  } catch (const CLI::Success& help) {
+    return app.exit(help, out, err);
   } catch (const CLI::ParseError& error) {
-    return app.exit(error, out, err) == 0 ? 0 : kUsageError;
+    err << "tavolite: " << UsageError(app, error, words) << '\n';
+    return kUsageError;
   }
   if (show->parsed()) return show_options;
-  // That a file is not there says more than its suffix would.
-  CheckInputFile(solve_options.input);
-  for (const fs::path& file : {solve_options.data, solve_options.option_file}) {
-    if (!file.empty()) CheckInputFile(file);
-  }
-  solve_options.format = ChooseFormat(solve_options, format);
-  (IsTable(solve_options.format) ? CheckForTable : CheckForModel)(solve_options);
+  solve_options.format = CheckSolve(solve_options, format);
   return solve_options;
 }
 

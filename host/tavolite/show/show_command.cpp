@@ -5,6 +5,7 @@
 
 #include "base/input_error.h"
 #include "base/text_file.h"
+#include "tavolite/command/failure.h"
 #include "tavolite/report/report_page.h"
 #include "tavolite/show/show_overview.h"
 #include "tavolite/show/show_symbol.h"
@@ -70,8 +71,8 @@ int RunShow(const ShowOptions& options, std::ostream& out, std::ostream& err) {
       WriteText(options.output, text);
     }
     return 0;
-  } catch (const std::exception& error) {
-    err << "tavolite: " << error.what() << '\n';
+  } catch (const std::exception& failure) {
+    PrintFailure(failure, err);
     return kBadInput;
   }
 }

@@ -33,8 +33,11 @@ void RunningSolve::MakeScratch(const SolveOptions& options) {
   try {
     scratch_ = std::make_unique<ScratchDirectory>(options.work, options.keep);
   } catch (const fs::filesystem_error& error) {
-    throw InputError("no scratch directory can be made in " + Utf8(error.path1().parent_path()) +
-                     ": " + error.code().message());
+    // Without a path, the system's place is none.
+    const fs::path place = error.path1().parent_path();
+    throw InputError("no scratch directory can be made in " +
+                     (place.empty() ? "the place that TMPDIR names" : Utf8(place)) + ": " +
+                     error.code().message() + "; name another with --work or TMPDIR");
   }
 }
 

@@ -11,6 +11,7 @@
 #include "base/input_error.h"
 #include "base/text_file.h"
 #include "instance/instance.h"
+#include "tavolite/command/failure.h"
 #include "tavolite/solve/design_step.h"
 #include "tavolite/solve/front_end.h"
 #include "tavolite/solve/listing.h"
@@ -168,10 +169,8 @@ int Solve(Session& session, std::string& failure) {
     const ChildProcess::Exit exit = RunSolver(session, log);
     if (exit.interrupted) return kInterruptedStatus;
     return Finish(session, names, exit, log, failure);
-  } catch (const std::bad_alloc&) {
-    failure = "not enough memory";
   } catch (const std::exception& error) {
-    failure = error.what();
+    failure = FailureText(error);
   }
   return status;
 }
