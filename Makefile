@@ -51,7 +51,8 @@ sanitizers: build/sanitizers/build.ninja
 	@ctest --preset sanitizers
 
 faults: build
-	@cmake --build --preset release --target fault_matrix
+	@cmake --build --preset release --target fault_matrix library_faults_test
+	@LINFIT_ALL_FAULTS=1 build/release/tests/library_faults_test --gtest_brief=1
 	@build/release/tests/fault_matrix build/release/bin build/release/tests/faults_shim.so tests/chain/data $(RUNS)
 
 package: build windows

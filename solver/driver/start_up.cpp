@@ -131,10 +131,8 @@ void ReadObjective(SolverRun& run) {
 }
 
 void TakeDictionary(SolverRun& run) {
-  if (run.tmo.tmoDictionary(run.model) == 0) {
-    FatalStop(run, "Control file error: Need dictionary file");
-  }
-  run.dictionary = run.tmo.tmoDict(run.model);
+  if (run.tmo.tmoDictionary(run.model) != 0) run.dictionary = run.tmo.tmoDict(run.model);
+  if (run.dictionary == nullptr) FatalStop(run, "Control file error: Need dictionary file");
   if (!run.dct.dctGetReady(run.StatusMessageBuffer)) {
     PrintLine("*** Could not initialize dictionary library: ", LibraryMessage(run));
     FreeAndStop(run);

@@ -126,7 +126,7 @@ void ToShort(const std::string& text, char* buffer) {
 
 Call::Call(const ObjectKind& kind, const void* handle, const char* function,
            const std::vector<std::string>& arguments)
-    : answer_(FindAnswer(function, arguments.empty() ? "" : arguments[0])) {
+    : answer_((CountCall(function), FindAnswer(function, arguments.empty() ? "" : arguments[0]))) {
   RequireLive(kind, handle, function);
   std::string line = function;
   for (const std::string& argument : arguments) line.append(" ").append(argument);

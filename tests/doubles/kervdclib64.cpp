@@ -24,8 +24,16 @@ const doubles::Model& Model() {
   return doubles::CurrentScript().model;
 }
 
+// A script may tell the solver of more than there is; what is not there is empty.
+template <class T>
+const T& At(const std::vector<T>& elements, int number, int base) {
+  static const T none{};
+  const auto place = static_cast<std::size_t>(number) - static_cast<std::size_t>(base);
+  return place < elements.size() ? elements[place] : none;
+}
+
 const std::vector<doubles::Entry>& Column(int column) {
-  return Model().columns.at(static_cast<std::size_t>(column - index_base));
+  return At(Model().columns, column, index_base);
 }
 
 // `size`: the script's name for the number of labels.
@@ -155,6 +163,11 @@ DOUBLES_EXPORT void tmoGetColJacInfoOne(void* h, int column, void** cursor, doub
                                         int* nonlinear) {
   const Call call(model_object, h, "tmoGetColJacInfoOne", column);
   const std::vector<doubles::Entry>& entries = Column(column);
+  if (entries.empty()) {
+    *value = 0.0;
+    *row = *nonlinear = 0;
+    return;
+  }
   const doubles::Entry* entry =
       *cursor == nullptr ? entries.data() : static_cast<const doubles::Entry*>(*cursor);
   *value = entry->value;
@@ -165,7 +178,7 @@ DOUBLES_EXPORT void tmoGetColJacInfoOne(void* h, int column, void** cursor, doub
 }
 DOUBLES_EXPORT double tmoGetRhsOne(void* h, int row) {
   const Call call(model_object, h, "tmoGetRhsOne", row);
-  return call.Real(Model().rhs.at(static_cast<std::size_t>(row - index_base)));
+  return call.Real(At(Model().rhs, row, index_base));
 }
 DOUBLES_EXPORT int tmoGetEquTypeOne(void* h, int row) {
   const Call call(model_object, h, "tmoGetEquTypeOne", row);
@@ -201,26 +214,22 @@ DOUBLES_EXPORT int tmoUnloadSolutionLegacy(void* h) {
 
 DOUBLES_EXPORT int dctSymName(void* h, int symbol, char* name) {
   const Call call(dictionary, h, "dctSymName", symbol);
-  return call.Give(name, Model().symbols.at(static_cast<std::size_t>(symbol - 1))).Int(0);
+  return call.Give(name, At(Model().symbols, symbol, 1)).Int(0);
 }
 DOUBLES_EXPORT int dctUelLabel(void* h, int number, char* quote, char* text) {
   const Call call(dictionary, h, "dctUelLabel", number);
-  const auto place = static_cast<std::size_t>(number - 1);
-  const bool known = place < Model().labels.size();
-  const doubles::Label label = known ? Model().labels[place] : doubles::Label();
+  const doubles::Label& label = At(Model().labels, number, 1);
   *quote = label.quote;
   return call.Give(text, label.text).Int(0);
 }
 DOUBLES_EXPORT int dctColUels(void* h, int column, int* symbol, int* labels, int* dimension) {
   const Call call(dictionary, h, "dctColUels", column);
-  Uels(Model().column_names.at(static_cast<std::size_t>(column)), "columnDimension", column, symbol,
-       labels, dimension);
+  Uels(At(Model().column_names, column, 0), "columnDimension", column, symbol, labels, dimension);
   return call.Int(0);
 }
 DOUBLES_EXPORT int dctRowUels(void* h, int row, int* symbol, int* labels, int* dimension) {
   const Call call(dictionary, h, "dctRowUels", row);
-  Uels(Model().row_names.at(static_cast<std::size_t>(row)), "rowDimension", row, symbol, labels,
-       dimension);
+  Uels(At(Model().row_names, row, 0), "rowDimension", row, symbol, labels, dimension);
   return call.Int(0);
 }
 

@@ -54,7 +54,7 @@ struct Message {
 };
 
 struct Script {
-  std::map<std::string, Answer> answers;  // "name" or "name(argument)"
+  std::map<std::string, Answer> answers;  // "name", "name(argument)" or "name#call"
   std::set<std::string> refused;
   std::vector<Message> messages;
   Model model;
@@ -109,6 +109,8 @@ class Call {
   const Answer* answer_;
 };
 
+// Before FindAnswer, once in each call.
+void CountCall(const std::string& function);
 const Answer* FindAnswer(const std::string& function, const std::string& argument);
 // A number that the script may set as NAME(NUMBER) = VALUE.
 int Scripted(const std::string& name, int number, int otherwise);

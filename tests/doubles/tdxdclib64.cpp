@@ -41,6 +41,7 @@ DOUBLES_EXPORT int tdxDataWriteStr(void* h, const char* keys, const double* valu
   }
   for (int k = 0; k < 5; ++k) line.append(" ").append(doubles::Shown(values[k]));
   doubles::Trace(line);
+  doubles::CountCall("tdxDataWriteStr");
   const doubles::Answer* answer = doubles::FindAnswer("tdxDataWriteStr", "");
   return answer != nullptr && answer->number ? static_cast<int>(*answer->number) : 1;
 }
