@@ -5,7 +5,7 @@ presets := CMakePresets.json
 install_packages := packaging/install-packages
 
 .DEFAULT_GOAL := build
-.PHONY: help demo test build windows test-windows sanitizers clang faults bench package try-packages install format \
+.PHONY: help demo test build windows test-windows sanitizers clang faults bench package deb zip try-packages install uninstall format \
         check-format check-includes check-tidy clean
 
 help:
@@ -18,9 +18,9 @@ help:
 	@echo 'make faults        run the programs with every call for memory and files failing once; prints a table'
 	@echo 'make clang         build with clang, which warns of other things than g++'
 	@echo 'make bench         run the solver beside R, Python, gretl and Octave; writes bench/RESULTS.md'
-	@echo 'make package       a Debian package and a Windows zip in build/packages'
+	@echo 'make package       a Debian package and a Windows zip in build/packages; deb, zip: one of them'
 	@echo 'make try-packages  make both, unpack them in a scratch directory and solve an example'
-	@echo 'make install       install below PREFIX (now $(PREFIX))'
+	@echo 'make install       install below PREFIX (now $(PREFIX)); uninstall removes it again'
 	@echo 'make format        format the sources; check-format, check-includes and check-tidy only look'
 	@echo 'make clean         remove build/'
 
@@ -40,10 +40,13 @@ clang: build/clang/build.ninja
 	@cmake --build --preset clang
 
 windows: build/windows/build.ninja
-	@cmake --build --preset windows
+	@cmake --build --preset windows --target programs
 
-# The first program in a new WINEPREFIX would race with the second.
-test-windows: windows build/windows/wine/system.reg
+# Configured again, since the tests may have been left out for lack of their sources. The first program in a new
+# WINEPREFIX would race with the second.
+test-windows: windows-libraries build/windows/wine/system.reg
+	@cmake --preset windows
+	@cmake --build --preset windows
 	@ctest --preset windows
 
 sanitizers: build/sanitizers/build.ninja
@@ -55,16 +58,25 @@ faults: build
 	@LINFIT_ALL_FAULTS=1 build/release/tests/library_faults_test --gtest_brief=1
 	@build/release/tests/fault_matrix build/release/bin build/release/tests/faults_shim.so tests/chain/data $(RUNS)
 
-package: build windows
-	@$(install_packages) package
-	@cpack --preset release
+package: deb zip
+
+deb: build/deb/build.ninja
+	@cmake --build --preset deb
+	@cpack --preset deb
+
+zip: windows
 	@cpack --preset windows
 
 try-packages: package build/windows/wine/system.reg
+	@$(install_packages) try
 	@packaging/try-packages
 
 install: build
 	cmake --install build/release --prefix '$(PREFIX)'
+
+# What the last `make install` of this tree installed, and the directories that are empty then.
+uninstall:
+	@packaging/uninstall build/release/install_manifest.txt
 
 bench: build/release/build.ninja
 	@cmake --build --preset release
@@ -90,22 +102,26 @@ clean:
 
 # A tree is configured once; ninja configures again when its inputs change. The packages are looked at in
 # every run, which takes no time.
-build/clang/build.ninja: | clang-packages
-build/release/build.ninja build/sanitizers/build.ninja build/clang/build.ninja: $(presets) | build-packages
+build/release/build.ninja build/sanitizers/build.ninja: $(presets) | build-packages
 	cmake --preset $(notdir $(@D))
+build/clang/build.ninja build/deb/build.ninja: build/%/build.ninja: $(presets) | %-packages
+	cmake --preset $*
 
 build/windows/build.ninja: $(presets) cmake/toolchain-mingw64.cmake | windows-libraries
 	cmake --preset windows
 
-build/windows/wine/system.reg: | windows-packages
+build/windows/wine/system.reg: | wine-packages
 	packaging/wine-run wineboot --init
 
-.PHONY: build-packages clang-packages windows-packages windows-libraries
+.PHONY: build-packages clang-packages deb-packages wine-packages windows-libraries
 build-packages:
-	@$(install_packages) build
+	@$(install_packages) common libraries build
 clang-packages:
-	@$(install_packages) clang
-windows-packages:
-	@$(install_packages) build windows
-windows-libraries: windows-packages
+	@$(install_packages) common libraries build clang
+deb-packages:
+	@$(install_packages) common libraries deb
+wine-packages:
+	@$(install_packages) wine
+windows-libraries:
+	@$(install_packages) common windows
 	@packaging/windows-libraries

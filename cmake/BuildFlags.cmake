@@ -63,14 +63,25 @@ function(linfit_search_own_directory target)
 endfunction()
 
 # On Windows, a program's narrow texts (arguments, file names) are UTF-8, by its manifest.
-function(linfit_windows_resources target)
+function(linfit_windows_manifest target)
   if(WIN32)
-    target_sources(${target} PRIVATE ${PROJECT_SOURCE_DIR}/packaging/windows/program.rc)
+    target_sources(${target} PRIVATE ${PROJECT_SOURCE_DIR}/packaging/windows/manifest.rc)
   endif()
 endfunction()
 
-# The generic names lead to whichever LAPACK the system has chosen, and not to one with threads of its
-# own that happens to be installed. A cross build passes LAPACK_LIBRARIES.
-if(NOT DEFINED BLA_VENDOR)
-  set(BLA_VENDOR Generic)
-endif()
+# What Windows shows as details of a program or library.
+function(linfit_windows_version target description licence)
+  if(WIN32)
+    get_target_property(type ${target} TYPE)
+    if(type STREQUAL EXECUTABLE)
+      set(file_type VFT_APP)
+      set(suffix .exe)
+    else()
+      set(file_type VFT_DLL)
+      set(suffix .dll)
+    endif()
+    set(resource ${PROJECT_BINARY_DIR}/resources/${target}.rc)
+    configure_file(${PROJECT_SOURCE_DIR}/packaging/windows/version.rc.in ${resource} @ONLY)
+    target_sources(${target} PRIVATE ${resource})
+  endif()
+endfunction()

@@ -11,7 +11,7 @@ function(linfit_add_test name)
   cmake_parse_arguments(ARG "" "" "SOURCES;LIBRARIES;DEFINITIONS;PROPERTIES" ${ARGN})
   add_executable(${name} ${ARG_SOURCES})
   target_link_libraries(${name} PRIVATE linfit_flags tests_root ${ARG_LIBRARIES} GTest::gtest GTest::gtest_main)
-  linfit_windows_resources(${name})
+  linfit_windows_manifest(${name})
   target_compile_definitions(${name} PRIVATE ${ARG_DEFINITIONS})
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/tests)
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
