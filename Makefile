@@ -5,13 +5,15 @@ presets := CMakePresets.json
 install_packages := packaging/install-packages
 
 .DEFAULT_GOAL := build
-.PHONY: help demo test build windows test-windows sanitizers clang faults bench package deb zip try-packages install uninstall format \
+.PHONY: help demo test test-browser screenshot build windows test-windows sanitizers clang faults bench package deb zip try-packages install uninstall format \
         check-format check-includes check-tidy clean
 
 help:
 	@echo 'make build         programs, libraries and optlinfit.def in build/release/bin'
-	@echo 'make demo          build, then solve the Longley example and show the results file'
+	@echo 'make demo          build, then solve the Longley example, show the results file and write a report page'
 	@echo 'make test          build, then run the tests'
+	@echo 'make test-browser  build, then test the report page in Chromium'
+	@echo 'make screenshot    take the picture of the report page that README.md shows'
 	@echo 'make windows       the same for Windows x86-64, in build/windows/bin'
 	@echo 'make test-windows  build for Windows, then run the tests under wine'
 	@echo 'make sanitizers    build with the sanitizers, then run the tests'
@@ -29,8 +31,9 @@ build: build/release/build.ninja
 
 demo: build
 	@mkdir -p build/demo
-	@cd build/demo && ../release/bin/tavolite solve ../../examples/longley.mod
+	@cd build/demo && ../release/bin/tavolite solve ../../examples/longley.mod --report report.html
 	@cd build/demo && ../release/bin/tavolite show linfit.tdx
+	@echo && echo 'The report page, for the browser: $(CURDIR)/build/demo/report.html'
 
 test: build/release/build.ninja
 	@cmake --build --preset release
@@ -48,6 +51,19 @@ test-windows: windows-libraries build/windows/wine/system.reg
 	@cmake --preset windows
 	@cmake --build --preset windows
 	@ctest --preset windows
+
+test-browser: build build/browser/node_modules
+	@cd build/browser && TAVOLITE=../release/bin/tavolite node --test ../../tests/browser/report_test.mjs
+
+screenshot: demo build/browser/node_modules
+	@cd build/browser && node ../../tests/browser/screenshot.mjs ../demo/report.html ../../docs/report.png
+
+build/browser/node_modules: tests/browser/package-lock.json
+	@$(install_packages) browser
+	@mkdir -p $(@D)
+	@cp tests/browser/package.json tests/browser/package-lock.json $(@D)
+	@npm ci --prefix $(@D) --ignore-scripts --no-audit --no-fund
+	@touch $@
 
 sanitizers: build/sanitizers/build.ninja
 	@cmake --build --preset sanitizers

@@ -121,6 +121,8 @@ CLI::App* AddSolve(CLI::App& app, SolveOptions& options, std::optional<InputForm
   AddPath(*solve, "--solver", options.solver, "The solver (default: linfit beside tavolite)");
   AddPath(*solve, "--listing", options.listing,
           "Where the listing goes (default: the model's name with .lst, here)");
+  AddPath(*solve, "--report", options.report,
+          "Write a page with tables and figures of the fit to this file (HTML)");
   AddPath(*solve, "--work", options.work, "Directory for the scratch files");
   solve->add_flag("--keep", options.keep, "Keep the scratch files and say where they are");
   AddPath(*solve, "--timing", options.timing, "Write the seconds of each step to this file");

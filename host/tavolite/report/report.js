@@ -234,7 +234,7 @@
     link.addEventListener("click", (event) => {
       event.preventDefault();
       mark([indexOf.get(Number(link.dataset.number))], event.shiftKey || event.ctrlKey || event.metaKey);
-      document.getElementById("residuals").scrollIntoView({block: "nearest", behavior: "smooth"});
+      document.getElementById("residuals").scrollIntoView({block: "nearest"});
     });
   }
   drawNext();

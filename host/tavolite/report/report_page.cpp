@@ -53,23 +53,41 @@ std::string DateText(std::string date) {  // 2025-01-31T12:00:00Z
   return date.substr(0, 19) + " UTC";
 }
 
-std::string PageHeader(const FitData& fit) {
-  return "<header>\n<h1>Regression report</h1>\n" +
-         Definitions("facts",
-                     {{"Observations", CountText(fit.fitted.size())},
-                      {"Made", HtmlText(DateText(fit.header.created))},
-                      {"By", HtmlText(fit.header.producer + ", " + fit.header.library_version)}}) +
-         "</header>\n";
+std::string List(const std::vector<std::string>& items) {
+  std::string html = "<ul>\n";
+  for (const std::string& item : items) html += Element("li", HtmlText(item)) + "\n";
+  return html + "</ul>\n";
 }
 
-std::string FitSection(const FitData& fit) {
+std::string PageHeader(const FitData& fit, const FitOrigin& origin) {
+  std::string html =
+      "<header>\n<h1>Regression report</h1>\n" +
+      Definitions("facts",
+                  {{"Model", HtmlText(origin.model)},
+                   {"Made", HtmlText(DateText(fit.header.created))},
+                   {"By", HtmlText(fit.header.producer + ", " + fit.header.library_version)}}) +
+      "</header>\n";
+  if (!origin.warnings.empty()) {
+    html += "<section class=\"warnings\">\n<h2>Warnings</h2>\n" + List(origin.warnings) +
+            "</section>\n";
+  }
+  if (!origin.notes.empty()) {
+    html += "<section class=\"notes\">\n<h2>Notes</h2>\n" + List(origin.notes) + "</section>\n";
+  }
+  return html;
+}
+
+std::string FitSection(const FitData& fit, const FitOrigin& origin) {
   return "<section id=\"fit\">\n<h2>Fit</h2>\n" +
-         Definitions("statistics", {{"Observations", CountText(fit.fitted.size())},
-                                    {"Coefficients", CountText(fit.coefficients.size())},
-                                    {"Degrees of freedom", NumberOf(fit.df, 10)},
-                                    {"Residual standard error", NumberOf(fit.sigma)},
-                                    {"R-squared", FixedNumber(fit.r2, 5)},
-                                    {"Residual sum of squares", NumberOf(fit.rss)}}) +
+         Definitions("statistics",
+                     {{"Observations", CountText(fit.fitted.size())},
+                      {"Coefficients", CountText(fit.coefficients.size())},
+                      {"Degrees of freedom", NumberOf(fit.df, 10)},
+                      {"Residual standard error", NumberOf(fit.sigma)},
+                      {"R-squared", FixedNumber(fit.r2, 5)},
+                      {"Residual sum of squares", NumberOf(fit.rss)},
+                      {"Condition number",
+                       std::isnan(origin.condition) ? "" : NumberOf(origin.condition, 3)}}) +
          "</section>\n";
 }
 
@@ -244,12 +262,13 @@ std::string Scripts(const FitData& fit, const FigureData& figures) {
 
 }  // namespace
 
-std::string ReportPage(TdxReader& reader) {
+std::string ReportPage(TdxReader& reader, const FitOrigin& origin) {
   const FitData fit = ReadFit(reader);
   const FigureData figures = MakeFigureData(fit);
-  return Head("Regression report") + "<body>\n<main>\n" + PageHeader(fit) + FitSection(fit) +
-         CoefficientSection(fit) + FigureSection(fit, figures) + PageFooter() + "</main>\n" +
-         Scripts(fit, figures) + "</body>\n</html>\n";
+  const std::string title = "Regression report" + (origin.model.empty() ? "" : ": " + origin.model);
+  return Head(HtmlText(title)) + "<body>\n<main>\n" + PageHeader(fit, origin) +
+         FitSection(fit, origin) + CoefficientSection(fit) + FigureSection(fit, figures) +
+         PageFooter() + "</main>\n" + Scripts(fit, figures) + "</body>\n</html>\n";
 }
 
 }  // namespace host

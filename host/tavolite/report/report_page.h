@@ -2,13 +2,23 @@
 // by the page's own script. docs/report.md describes it.
 #pragma once
 
+#include <limits>
 #include <string>
+#include <vector>
 
 #include "tdx/tdx_reader.h"
 
 namespace host {
 
+// What the solve knows of the fit beyond its numbers; all of it may be missing.
+struct FitOrigin {
+  std::string model;
+  std::vector<std::string> warnings;
+  std::vector<std::string> notes;
+  double condition = std::numeric_limits<double>::quiet_NaN();  // of the scaled design
+};
+
 // Throws FileError where the file holds no regression.
-std::string ReportPage(TdxReader& reader);
+std::string ReportPage(TdxReader& reader, const FitOrigin& origin = {});
 
 }  // namespace host

@@ -12,6 +12,7 @@
 #include "base/text_file.h"
 #include "instance/instance.h"
 #include "tavolite/command/failure.h"
+#include "tavolite/report/report_page.h"
 #include "tavolite/solve/design_step.h"
 #include "tavolite/solve/front_end.h"
 #include "tavolite/solve/listing.h"
@@ -124,6 +125,18 @@ bool CheckDesign(Session& session, const Solution& solution, ModelNames& names) 
   return findings.full_rank;
 }
 
+// The page of what the solver has written, where one is wanted.
+void WriteReport(Session& session, const ModelNames& names, const SolverLog& log) {
+  const fs::path& report = session.options.report;
+  if (report.empty()) return;
+  if (log.ResultsFile().empty()) throw FileError("no results file, hence no report");
+  TdxReader reader(FromUtf8(log.ResultsFile()));
+  const std::string page =
+      ReportPage(reader, {names.model, names.warnings, names.notes, names.condition});
+  session.running->WriteInPlace(report, [&](const fs::path& file) { WriteText(file, page); });
+  if (!session.options.quiet) session.out << "Report:        " << Utf8(report) << '\n';
+}
+
 int Finish(Session& session, ModelNames& names, const ChildProcess::Exit& exit,
            const SolverLog& log, std::string& failure) {
   const fs::path instance = session.Scratch("instance.db");
@@ -152,6 +165,7 @@ int Finish(Session& session, ModelNames& names, const ChildProcess::Exit& exit,
     return kNotSolved;
   }
   if (!session.options.quiet) Summarise(session, *solution, log);
+  WriteReport(session, names, log);
   return full_rank ? kSolved : kNotFullRank;
 }
 
@@ -161,6 +175,7 @@ int Solve(Session& session, std::string& failure) {
   try {
     session.solver = FindSolver(session.options);
     session.listing = ChooseListing(session.options);
+    CheckReport(session.options, session.listing);
     session.running->MakeScratch(session.options);
     session.running->SetResultsFile(kResultsFile);
     ModelNames names = Prepare(session);

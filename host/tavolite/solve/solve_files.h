@@ -14,6 +14,9 @@ std::filesystem::path FindSolver(const SolveOptions& options);
 // InputError.
 std::filesystem::path ChooseListing(const SolveOptions& options);
 
+// The same for the page of the fit, where one is wanted; it must not be the listing either.
+void CheckReport(const SolveOptions& options, const std::filesystem::path& listing);
+
 // Where the solver finds the definition file of its options: beside itself. Without one there, ours
 // must do.
 std::filesystem::path SystemDirectory(const std::filesystem::path& solver);

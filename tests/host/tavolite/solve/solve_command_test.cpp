@@ -138,6 +138,8 @@ TEST_F(SolveCommand, BadInputEndsWithStatusTwoAndOneLine) {
       {{"self.mod", "--work", "."}, "self.mod: the model nests too deeply or refers to itself"},
       {{"a.txt"}, "--format"},
       {{"a.lst", "--format", "mod"}, "would overwrite a.lst"},
+      {{"a.mod", "--report", "a.mod"}, "the report would overwrite a.mod: give another --report"},
+      {{"a.mod", "--report", "./a.lst"}, "report and listing have the same name"},
       {{"a.mod", "--data", "none.dat"}, "none.dat: there is no such file"},
       {{"a.mod", "--options", "none.opt"}, "none.opt: there is no such file"},
       {{"a.mod", "--listing", "no/where.lst"}, "no/where.lst"},
