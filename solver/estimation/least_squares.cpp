@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
+#include <new>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -61,6 +62,16 @@ Failure CheckScaling(const std::vector<double>& a) {
   return {};
 }
 
+// A BLAS may need a buffer of its own for its first product; OpenBLAS asks for 128 MB of address
+// space, and asks again for ever when there isn't as much. So the room has to be there before: it
+// is taken and given back, which touches no page of it.
+void RequireRoomForBlas() {
+  constexpr std::size_t kBuffer = std::size_t{130} << 20;
+  char* volatile room = static_cast<char*>(std::malloc(kBuffer));  // volatile: not to be left out
+  if (room == nullptr) throw std::bad_alloc();
+  std::free(room);
+}
+
 // The symmetric p x p matrix whose upper triangle is that of `a` (leading dimension n).
 std::vector<double> SymmetricFromUpper(const std::vector<double>& a, std::size_t n, std::size_t p) {
   std::vector<double> c(p * p);
@@ -89,6 +100,7 @@ Failure SolveLeastSquares(const RegressionData& data, RegressionResult& result,
   std::vector<double> workspace(ArraySize(size));
 
   if (Failure failure = CheckScaling(a)) return failure;
+  RequireRoomForBlas();
   dgels_("N", &n, &p, &one, a.data(), &n, b.data(), &n, workspace.data(), &size, &info, 1);
   diagnostic(" DGELS(LAPACK): info: " + std::to_string(info));
   // DGELS refuses such a shape by itself, since `b` holds n values only; a handler that returns to

@@ -178,6 +178,19 @@ TEST(Estimation, FailuresEndTheRun) {
   ExpectSolution(RunSolver("fit 1 0 2\nfit 2 0 3\nfit 3 0 7\nfit 3 0 9\nfit 3 0 1\n"));
 }
 
+#if !defined(_WIN32) && !defined(__SANITIZE_ADDRESS__)
+// Enough for the program and its libraries, too little for LAPACK's buffer.
+TEST(Estimation, LittleAddressSpaceEndsTheRun) {
+  const std::string solver = testing_support::Utf8(doubles::DoublesDirectory() / "linfit");
+  for (const std::string kilobytes : {"100000", "140000"}) {
+    ExpectFatalStop(
+        doubles::RunScripted("/bin/sh", "",
+                             {"-c", "ulimit -v " + kilobytes + "; exec \"$0\" x", solver}),
+        "Could not allocate memory");
+  }
+}
+#endif
+
 // The default model's column is then an intercept, and an added one comes behind it.
 TEST(Extraction, DimensionOfAnIntercept) {
   const ScriptedRun alone = RunSolver(Option("ADD_CONSTANT_TERM", 0) + "columnDimension(2) = -1\n");
