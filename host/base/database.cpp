@@ -1,6 +1,11 @@
 #include "base/database.h"
 
+#include <array>
+#include <fstream>
+#include <system_error>
 #include <utility>
+
+#include "base/text_file.h"
 
 namespace host {
 
@@ -9,9 +14,8 @@ namespace {
 int OpenFlags(Database::Mode mode) {
   switch (mode) {
     case Database::Mode::kRead:
-      return SQLITE_OPEN_READONLY;
     case Database::Mode::kReadImmutable:
-      return SQLITE_OPEN_READONLY | SQLITE_OPEN_URI;
+      return SQLITE_OPEN_READONLY;
     case Database::Mode::kReadWrite:
       return SQLITE_OPEN_READWRITE;
     case Database::Mode::kCreate:
@@ -20,45 +24,109 @@ int OpenFlags(Database::Mode mode) {
   return SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
 }
 
-std::string Utf8(const std::filesystem::path& file) {
-  const std::u8string text = file.u8string();
-  return {text.begin(), text.end()};
+// The side file of a database: "-journal" or "-wal".
+std::filesystem::path SideFile(const std::filesystem::path& file, const char* suffix) {
+  std::filesystem::path side = file;
+  return side += suffix;
 }
 
-std::string ImmutableUri(const std::string& name) {
-  constexpr std::string_view kDigits = "0123456789ABCDEF";
-  std::string uri = "file:";
-  for (const char c : name) {
-    if (c == '%' || c == '?' || c == '#' || c == '\\') {
-      const auto code = static_cast<unsigned char>(c);
-      uri += {'%', kDigits[code >> 4U], kDigits[code & 15U]};
+// A file in WAL mode of which nothing stands in the log. SQLite would make the log's files again to
+// read it, and leave them there.
+bool HasEmptyLog(const std::filesystem::path& file) {
+  constexpr std::size_t kModePlace = 18;
+  constexpr char kWalMode = 2;
+  std::error_code none;
+  if (std::filesystem::exists(SideFile(file, "-journal"), none)) return false;
+  const auto log_size = std::filesystem::file_size(SideFile(file, "-wal"), none);
+  if (!none) return log_size == 0;
+  std::array<char, kModePlace + 1> header{};
+  std::ifstream(file, std::ios::binary).read(header.data(), header.size());
+  return header[kModePlace] == kWalMode;
+}
+
+// Only a URI can say that the file is read as it stands.
+std::string ImmutableUri(const std::filesystem::path& file) {
+  constexpr std::string_view kPlain =
+      "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-_.~/:";
+  constexpr std::string_view kHexDigits = "0123456789ABCDEF";
+  std::string uri = "file://";
+  const std::u8string path = std::filesystem::absolute(file).generic_u8string();
+  if (!path.starts_with(u8'/')) uri += '/';
+  for (const char8_t c : path) {
+    if (kPlain.find(static_cast<char>(c)) != std::string_view::npos) {
+      uri += static_cast<char>(c);
     } else {
-      uri += c;
+      uri += {'%', kHexDigits[c / 16U], kHexDigits[c % 16U]};
     }
   }
   return uri + "?immutable=1";
 }
 
+// The text of a failure, with what the system says about it.
+std::string FailureText(sqlite3* connection, int result) {
+  const int kind = result & 0xFF;
+  if (kind == SQLITE_FULL) return "the disk is full";
+  if (kind == SQLITE_INTERRUPT) return "reading takes more work than the file's size explains";
+  std::string text = sqlite3_errmsg(connection);
+  if (kind == SQLITE_IOERR && result != SQLITE_IOERR_SHORT_READ) {
+    sqlite3_vfs* system = sqlite3_vfs_find(nullptr);
+    const int code = system->xGetLastError(system, 0, nullptr);
+    if (code != 0) text += ": " + std::system_category().message(code);
+  }
+  return text;
+}
+
 }  // namespace
 
 Database::Database(const std::filesystem::path& file, Mode mode) : name_(Utf8(file)) {
-  const std::string target = mode == Mode::kReadImmutable ? ImmutableUri(name_) : name_;
-  const int result =
-      sqlite3_open_v2(target.c_str(), &connection_,
-                      OpenFlags(mode) | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE, nullptr);
+  const bool as_it_stands =
+      mode == Mode::kReadImmutable || (mode == Mode::kRead && HasEmptyLog(file));
+  const std::string opened = as_it_stands ? ImmutableUri(file) : name_;
+  const int flags = OpenFlags(mode) | (as_it_stands ? SQLITE_OPEN_URI : 0) | SQLITE_OPEN_NOMUTEX |
+                    SQLITE_OPEN_EXRESCODE;
+  const int result = sqlite3_open_v2(opened.c_str(), &connection_, flags, nullptr);
   if (result != SQLITE_OK) {
     const std::string text = name_ + ": " + sqlite3_errstr(result);
     sqlite3_close(std::exchange(connection_, nullptr));
     throw DatabaseError(text, result);
   }
+  if (mode != Mode::kCreate) Configure();
+}
+
+// A schema that was there before may name functions that do harm, or be damaged on purpose.
+void Database::Configure() {
+  sqlite3_db_config(connection_, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+  sqlite3_db_config(connection_, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
+}
+
+void Database::Distrust(int max_bytes) {
+  constexpr int kMaxColumns = 64;
+  // A row of a byte or two in a table of twenty labels takes some 200 steps, and a file may be read
+  // several times.
+  constexpr int kStepsPerCall = 10000;
+  constexpr std::int64_t kStepsPerByte = 200;
+  constexpr std::int64_t kFreeCalls = 100;
+  sqlite3_db_config(connection_, SQLITE_DBCONFIG_ENABLE_VIEW, 0, nullptr);
+  sqlite3_db_config(connection_, SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);
+  sqlite3_limit(connection_, SQLITE_LIMIT_LENGTH, max_bytes);
+  sqlite3_limit(connection_, SQLITE_LIMIT_COLUMN, kMaxColumns);
+  Execute("PRAGMA cell_size_check = ON");
+  const std::int64_t size = Pragma(*this, "page_count") * Pragma(*this, "page_size");
+  budget_ = std::make_unique<std::int64_t>(kFreeCalls + size * kStepsPerByte / kStepsPerCall);
+  sqlite3_progress_handler(
+      connection_, kStepsPerCall,
+      [](void* left) { return --*static_cast<std::int64_t*>(left) < 0 ? 1 : 0; }, budget_.get());
 }
 
 Database::Database(Database&& other) noexcept
-    : connection_(std::exchange(other.connection_, nullptr)), name_(std::move(other.name_)) {}
+    : connection_(std::exchange(other.connection_, nullptr)),
+      name_(std::move(other.name_)),
+      budget_(std::move(other.budget_)) {}
 
 Database& Database::operator=(Database&& other) noexcept {
   std::swap(connection_, other.connection_);
   std::swap(name_, other.name_);
+  std::swap(budget_, other.budget_);
   return *this;
 }
 
@@ -79,7 +147,7 @@ void Database::Check(int result) const {
   if (result == SQLITE_OK || result == SQLITE_ROW || result == SQLITE_DONE) {
     return;
   }
-  throw DatabaseError(name_ + ": " + sqlite3_errmsg(connection_), result);
+  throw DatabaseError(name_ + ": " + FailureText(connection_, result), result);
 }
 
 Statement::Statement(Database& database, std::string_view sql, std::string_view* rest)
@@ -175,6 +243,16 @@ int Statement::Columns() const {
 
 std::string_view Statement::ColumnName(int column) const {
   return sqlite3_column_name(statement_, column);
+}
+
+void RequireTable(Database& database, std::string_view name) {
+  Statement row(database,
+                "SELECT count(*) FROM sqlite_schema"
+                " WHERE name = ?1 AND type = 'table' AND sql LIKE 'CREATE TABLE%'"
+                " AND NOT EXISTS(SELECT 1 FROM pragma_table_xinfo(?1) WHERE hidden <> 0)");
+  row.Bind(1, name);
+  if (row.Step() && row.Int(0) == 1) return;
+  throw DatabaseError(database.Name() + ": there is no table " + std::string(name), SQLITE_CORRUPT);
 }
 
 std::int64_t Pragma(Database& database, std::string_view name) {

@@ -3,8 +3,10 @@
 
 #include <sqlite3.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <memory>
 #include <span>
 #include <stdexcept>
 #include <string>
@@ -12,7 +14,7 @@
 
 namespace host {
 
-// What SQLite reported, with the name of the file in front.
+// What SQLite reported, with the name of the file in front and the system's reason behind.
 struct DatabaseError : std::runtime_error {
   DatabaseError(const std::string& text, int result_code)
       : std::runtime_error(text), code(result_code) {}
@@ -25,23 +27,33 @@ class Database {
   enum class Mode { kRead, kReadImmutable, kReadWrite, kCreate };
 
   Database() = default;
-  // Opens `file`. kCreate makes the file; the other modes fail when there is none.
+  // Opens `file`. kCreate makes the file; the other modes fail when there is none. Reading leaves
+  // nothing behind in the file's directory.
   Database(const std::filesystem::path& file, Mode mode);
   Database(Database&& other) noexcept;
   Database& operator=(Database&& other) noexcept;
   ~Database();
 
+  // For a file that may come from anybody and is data only: it may have no views and few columns,
+  // no value is longer than `max_bytes`, and what is read takes no more work than the file's size
+  // explains.
+  void Distrust(int max_bytes);
+
   void Execute(const std::string& sql);
   // Closes and reports a failure, which the destructor can't.
   void Close();
   [[nodiscard]] bool IsOpen() const { return connection_ != nullptr; }
+  [[nodiscard]] const std::string& Name() const { return name_; }  // of the file
   [[nodiscard]] sqlite3* Connection() const { return connection_; }
   // Throws DatabaseError with SQLite's current text unless `result` is a success.
   void Check(int result) const;
 
  private:
+  void Configure();
+
   sqlite3* connection_ = nullptr;
   std::string name_;
+  std::unique_ptr<std::int64_t> budget_;  // calls of the progress handler that are left
 };
 
 class Statement {
@@ -79,6 +91,10 @@ class Statement {
   Database* database_;
   sqlite3_stmt* statement_ = nullptr;
 };
+
+// Throws DatabaseError unless the file has such a table: one that holds its rows, and is neither a
+// view nor computed.
+void RequireTable(Database& database, std::string_view name);
 
 // The value of a pragma, 0 when it has none.
 std::int64_t Pragma(Database& database, std::string_view name);

@@ -41,10 +41,11 @@ void CreateNew(const std::filesystem::path& file, const std::filesystem::path& l
   struct stat status {};
   const bool has_model = stat(like.c_str(), &status) == 0 && S_ISREG(status.st_mode);
   // Never open to more people than the model, not even for a moment.
-  const mode_t mode = has_model ? status.st_mode & kEverybody : kEverybody;
+  const mode_t mode = has_model ? (status.st_mode & kEverybody) | S_IRUSR | S_IWUSR : kEverybody;
   const int handle = open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode);
   if (handle < 0) Fail(errno);
-  if (has_model) (void)fchmod(handle, status.st_mode & kPermissions);
+  // The owner must be able to fill it.
+  if (has_model) (void)fchmod(handle, (status.st_mode & kPermissions) | S_IRUSR | S_IWUSR);
   close(handle);
 }
 

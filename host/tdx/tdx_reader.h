@@ -21,6 +21,7 @@ struct TdxHeader {
   std::string producer;
   std::string library_version;
   std::string created;  // UTC, as 2025-01-31T12:00:00Z
+  RunFacts run{};       // what the file says of it
 };
 
 // The records of one symbol in their order.
@@ -50,6 +51,7 @@ class TdxReader {
 
  private:
   [[nodiscard]] FileError Error(std::string_view text) const;
+  [[nodiscard]] FileError Damage(std::string_view what) const;
   [[nodiscard]] FileError Damage(const DatabaseError& error) const;
   void CheckFormat();
   void ReadHeader();

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -23,19 +24,31 @@ struct TdxSymbolInfo {
   int type = kTdxParameter;
   int user_info = 0;
   std::int64_t records = 0;
-  std::string view;
+  std::string view{};
+  std::size_t number = 0;  // in its file, from 1
+};
+
+// What the host knows about a run and the results-file library doesn't.
+struct RunFacts {
+  std::string model;     // its name, or that of the table
+  std::string response;  // the dependent variable
+  double condition_number = std::numeric_limits<double>::quiet_NaN();  // undefined: not known
+  std::vector<std::string> warnings{};
 };
 
 // The statements that make the tables which every file has.
 extern const char* const kTdxTables;
 
-// The table of a symbol's records; symbols are numbered from 1.
+// The table of a symbol's records, by the symbol's number.
 std::string TdxDataTable(std::size_t symbol);
 // "label1" and so on: the columns of a record's labels in that table.
 std::string TdxLabelColumn(int k);
 // The statements that make a symbol's table of records and its view.
 std::string TdxDataTableDefinition(std::size_t symbol, int dimension);
 std::string TdxViewDefinition(std::string_view view, std::size_t symbol, int dimension);
+// The statement that gives a symbol's records in their order: the labels, then the value. A label
+// that tdx_label lacks is NULL.
+std::string TdxRecordQuery(std::size_t symbol, int dimension);
 // The names of the symbols' views: those of the symbols, but for names that SQLite or the format
 // keep for themselves.
 std::vector<std::string> TdxViewNames(const std::vector<TdxSymbolInfo>& symbols);
@@ -43,7 +56,6 @@ std::vector<std::string> TdxViewNames(const std::vector<TdxSymbolInfo>& symbols)
 // In double quotes, as SQL and messages have names.
 std::string QuotedName(std::string_view name);
 // Names that differ in the case of their (ASCII) letters only are one name, as in SQL.
-std::string FoldedName(std::string_view name);
 bool IsSameName(std::string_view a, std::string_view b);
 
 }  // namespace host

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "base/temporary_file.h"
 #include "tdx/row_source.h"
 
 namespace host {
@@ -33,10 +34,12 @@ TdxWriter::TdxWriter(const std::filesystem::path& file, const std::string& produ
   database_.Execute("BEGIN");
   database_.Execute(kTdxTables);
   Statement(database_,
-            "INSERT INTO tdx_file VALUES(?, ?, ?, strftime('%Y-%m-%dT%H:%M:%SZ', 'now'))")
+            "INSERT INTO tdx_file"
+            " VALUES(?, ?, ?, strftime('%Y-%m-%dT%H:%M:%SZ', 'now'), ?, NULL, NULL, NULL, NULL)")
       .Bind(1, std::int64_t{kTdxSchemaVersion})
       .Bind(2, producer)
       .Bind(3, library_version)
+      .Bind(4, std::int64_t{CurrentProcessNumber()})
       .Run();
   // SQLite numbers the rows of an empty table from 1 on; doing so is faster than being told.
   insert_labels_ = std::make_unique<Statement>(

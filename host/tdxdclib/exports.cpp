@@ -1,5 +1,6 @@
 #include "tdxdclib/exports.h"
 
+#include <cstdio>
 #include <mutex>
 #include <set>
 #include <string>
@@ -42,6 +43,13 @@ class LiveObjects {
 
 LiveObjects live_objects;
 std::string load_path;
+
+// The reason why there is no file, for whoever started the program: it may have no question for it.
+void PrintReason(const ResultsFile& object) {
+  Guarded([&] {
+    std::fprintf(stderr, "tdxdclib64: %s\n", object.ErrorText(object.LastError()).c_str());
+  });
+}
 
 ResultsFile& Of(void* handle) {
   return *static_cast<ResultsFile*>(handle);
@@ -90,6 +98,7 @@ int tdxOpenWrite(void* handle, const char* file, const char* producer, int* erro
   const bool done = Guarded(
       false, [&] { return Of(handle).Open(ShortStringText(file), ShortStringText(producer)); });
   *error_number = done ? 0 : Of(handle).LastError();
+  if (!done) PrintReason(Of(handle));
   return done ? 1 : 0;
 }
 
@@ -116,7 +125,9 @@ int tdxDataWriteDone(void* handle) {
 }
 
 int tdxClose(void* handle) {
-  return Guarded(1, [&] { return Of(handle).Close() ? 0 : 1; });
+  const bool done = Guarded(false, [&] { return Of(handle).Close(); });
+  if (!done) PrintReason(Of(handle));
+  return done ? 0 : 1;
 }
 
 int tdxErrorStr(void* handle, int error_number, char* text) {

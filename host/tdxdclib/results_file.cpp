@@ -1,15 +1,15 @@
 #include "tdxdclib/results_file.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <exception>
-#include <fstream>
+#include <limits>
+#include <new>
 #include <system_error>
 #include <utility>
 
 #include "base/short_string.h"
 #include "base/temporary_file.h"
 #include "base/text_file.h"
+#include "tdx/tdx_file.h"
 #include "tdxdclib/tdx_version.h"
 
 namespace host {
@@ -17,8 +17,6 @@ namespace host {
 namespace {
 
 namespace fs = std::filesystem;
-
-constexpr std::size_t kMaxKeptErrors = 100;  // further ones are only counted
 
 // For a message, as it stands.
 std::string Quoted(std::string_view text) {
@@ -31,40 +29,30 @@ bool HoldsZeroByte(std::string_view text) {
   return text.find('\0') != std::string_view::npos;
 }
 
-// Where the file itself stands when `target` is a link to it. Throws when there is something else
-// than a file under the name.
+// Where the file itself stands when `target` is a link to it.
 fs::path ResolvedTarget(const fs::path& target) {
-  fs::path resolved = target;
-  if (fs::is_symlink(target) && fs::exists(target)) resolved = fs::canonical(target);
-  if (fs::exists(resolved) && !fs::is_regular_file(resolved)) {
-    throw FileError("it is not a regular file");
-  }
-  return resolved;
-}
-
-// Makes the empty file. SQLite could do that, but only the system says why it can't.
-void CreateEmptyFile(const fs::path& file) {
-  errno = 0;
-  if (std::ofstream(file, std::ios::binary).is_open()) return;
-  throw FileError(errno == 0 ? "it can't be created" : std::generic_category().message(errno));
+  return fs::is_symlink(target) && fs::exists(target) ? fs::canonical(target) : target;
 }
 
 }  // namespace
 
 bool ResultsFile::Fail(std::string text) {
-  ++error_count_;
-  if (errors_.size() == kMaxKeptErrors) errors_.pop_back();
-  errors_.push_back(std::move(text));
+  if (error_count_ < std::numeric_limits<int>::max()) ++error_count_;
+  errors_[static_cast<std::size_t>(LastError()) - 1] = std::move(text);
   return false;
 }
 
-bool ResultsFile::FailFile(const std::string& what) {
+bool ResultsFile::FailFile(const std::exception& error) {
   broken_ = true;
-  std::string text = what;
-  // SQLite's texts start with the name of the file it has open.
-  const std::string name = Utf8(temporary_) + ": ";
-  if (text.starts_with(name)) text.erase(0, name.size());
-  return Fail("cannot write " + Utf8(target_) + ": " + text);
+  try {
+    std::string text = error.what();
+    // SQLite's texts start with the name of the file it has open.
+    const std::string name = Utf8(temporary_) + ": ";
+    if (text.starts_with(name)) text.erase(0, name.size());
+    return Fail("cannot write " + Utf8(target_) + ": " + text);
+  } catch (const std::bad_alloc&) {
+    return Fail("out of memory");  // short enough to need none
+  }
 }
 
 // Does something with the file; a failure is counted, and nothing is done with the file any more.
@@ -75,22 +63,23 @@ bool ResultsFile::OnFile(const Step& step) {
     step();
     return true;
   } catch (const std::exception& error) {
-    return FailFile(error.what());
+    return FailFile(error);
   }
 }
 
 bool ResultsFile::Open(std::string_view file_name, std::string_view producer) {
   if (writer_ != nullptr) return Fail("a file is open already: " + Utf8(target_));
   Abandon();
-  errors_.clear();
   error_count_ = 0;
   if (file_name.empty()) return Fail("the file name is empty");
   if (HoldsZeroByte(file_name)) return Fail("the file name holds a zero byte");
   return OnFile([&] {
     target_ = FromUtf8(file_name);
     target_ = ResolvedTarget(target_);
+    CheckTdxTarget(target_);
     temporary_ = MakeTemporaryName(target_);
-    CreateEmptyFile(temporary_);
+    removal_.emplace(temporary_);
+    CreateNew(temporary_, target_);
     writer_ = std::make_unique<TdxWriter>(temporary_, std::string(producer),
                                           std::string(kTdxLibraryVersion));
   });
@@ -125,8 +114,8 @@ bool ResultsFile::StartSymbol(TdxSymbolInfo symbol) {
     return Fail(std::move(fault));
   }
   StartKeys(symbol.dimension);
-  symbol_state_ = SymbolState::kWriting;
   symbols_.push_back(std::move(symbol));
+  symbol_state_ = SymbolState::kWriting;
   return OnFile([&] { writer_->StartSymbol(symbols_.size(), symbols_.back().dimension); });
 }
 
@@ -178,7 +167,7 @@ bool ResultsFile::WriteRecord(const char* keys, double value) {
     if (++symbols_.back().records == 1) first_key_ = key_;
     return true;
   } catch (const std::exception& error) {
-    return FailFile(error.what());
+    return FailFile(error);
   }
 }
 
@@ -195,8 +184,10 @@ bool ResultsFile::PutInPlace() {
   if (symbol_state_ != SymbolState::kNone) {
     return Fail("symbol " + Quoted(symbols_.back().name) + " is not done");
   }
-  return OnFile([&] { writer_->Finish(symbols_, labels_); }) &&
-         OnFile([&] { MoveOver(temporary_, target_); });
+  return OnFile([&] { writer_->Finish(symbols_, labels_); }) && OnFile([&] {
+           CheckTdxTarget(target_);  // it may have changed since
+           PutTdxInPlace(temporary_, target_);
+         });
 }
 
 bool ResultsFile::Close() {
@@ -212,6 +203,7 @@ void ResultsFile::Abandon() {
     std::error_code ignored;  // after Close there is nothing to remove
     fs::remove(temporary_, ignored);
   }
+  removal_.reset();
   temporary_.clear();
   broken_ = false;
   labels_.Clear();

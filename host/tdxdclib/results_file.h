@@ -7,9 +7,13 @@
 // error of their own, so that the last error stays the cause.
 #pragma once
 
+#include <algorithm>
+#include <array>
 #include <cstdint>
+#include <exception>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,6 +21,7 @@
 #include "tdx/label_table.h"
 #include "tdx/tdx_writer.h"
 #include "tdxdclib/key_set.h"
+#include "tdxdclib/removal_on_signal.h"
 
 namespace host {
 
@@ -43,14 +48,15 @@ class ResultsFile {
   [[nodiscard]] int CurrentDimension() const;
   [[nodiscard]] int ErrorCount() const { return error_count_; }
   // 0 without an error.
-  [[nodiscard]] int LastError() const { return static_cast<int>(errors_.size()); }
+  [[nodiscard]] int LastError() const { return std::min(error_count_, kMaxKeptErrors); }
   [[nodiscard]] std::string ErrorText(int number) const;
 
  private:
   enum class SymbolState { kNone, kWriting, kRefused };
+  static constexpr int kMaxKeptErrors = 100;
 
   bool Fail(std::string text);
-  bool FailFile(const std::string& what);
+  bool FailFile(const std::exception& error);
   template <class Step>
   bool OnFile(const Step& step);
   [[nodiscard]] std::string SymbolFault(const TdxSymbolInfo& symbol) const;
@@ -61,6 +67,7 @@ class ResultsFile {
 
   std::filesystem::path target_;
   std::filesystem::path temporary_;
+  std::optional<RemovalOnSignal> removal_;
   std::unique_ptr<TdxWriter> writer_;
   bool broken_ = false;  // the file failed
   LabelTable labels_;
@@ -70,7 +77,8 @@ class ResultsFile {
   std::vector<std::int32_t> key_;  // of the last record; serves as a hint for the next one's labels
   std::vector<std::int32_t> first_key_;  // of the symbol; the next symbol may begin likewise
   int error_count_ = 0;
-  std::vector<std::string> errors_;
+  // The first ones and the last one. A fixed place, so that an error for want of memory finds room.
+  std::array<std::string, kMaxKeptErrors> errors_;
 };
 
 }  // namespace host

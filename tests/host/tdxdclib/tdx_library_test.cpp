@@ -47,6 +47,15 @@ std::set<std::string> Files(const fs::path& directory) {
   return names;
 }
 
+// The bytes of a results file that is there already.
+std::string WriteSmallFile(const fs::path& file) {
+  TdxSession session;
+  session.Open(file);
+  session.Symbol("df", 0, {{{}, 3.0}});
+  EXPECT_TRUE(session.Close()) << session.LastError();
+  return testing_support::ReadFile(file);
+}
+
 TEST(TdxLibrary, WhatIsWrittenIsReadBack) {
   const TemporaryDirectory directory("ü b");
   const fs::path file = directory / "lin fit.tdx";
@@ -91,74 +100,92 @@ TEST(TdxLibrary, WhatIsWrittenIsReadBack) {
   EXPECT_EQ(Query(file, "pragma integrity_check", 1), Texts{"ok"});
 }
 
+const std::string kLongText(64, 'l');
+
+struct ErrorCase {
+  const char* name;
+  const char* text;
+  std::function<void(TdxSession&)> calls;
+};
+std::ostream& operator<<(std::ostream& out, const ErrorCase& c) {
+  return out << c.name;
+}
+
+class TdxLibraryError : public testing::TestWithParam<ErrorCase> {};
+
 // Every number of the calls is good on its own; together they are not.
-TEST(TdxLibrary, ErrorsHaveTextsAndKeepTheFileBack) {
-  struct Case {
-    const char* text;
-    std::function<void(TdxSession&)> calls;
-  };
-  const std::string long_text(64, 'l');
-  const Case cases[] = {
-      {"symbol \"a\": duplicate key (\"x\")",
-       [](TdxSession& s) {
-         s.Symbol("a", 1, {{{"x"}, 1}, {{"y"}, 2}, {{"x"}, 1}});
-       }},
-      {"symbol \"a\": duplicate key (\"x\",\"y\")",
-       [](TdxSession& s) {
-         s.Symbol("a", 2, {{{"x", "y"}, 1}, {{"x", "y"}, 1}});
-       }},
-      {"symbol \"a\": duplicate key (\"y\",\"x\")",
-       [](TdxSession& s) {
-         s.Symbol("a", 2, {{{"x", "y"}, 1}, {{"y", "x"}, 2}, {{"x", "x"}, 3}, {{"y", "x"}, 4}});
-       }},
-      {"symbol \"a\": a second value of a scalar",
-       [](TdxSession& s) {
-         s.Symbol("a", 0, {{{}, 1}, {{}, 2}});
-       }},
-      {"symbol \"a\": a label is longer than 63 bytes: \"llll",
-       [&](TdxSession& s) {
-         s.Symbol("a", 1, {{{long_text}, 1}});
-       }},
-      {"the name is longer than 63 bytes", [&](TdxSession& s) { s.Symbol(long_text, 0, {}); }},
-      {"a symbol without a name", [](TdxSession& s) { s.Symbol("", 0, {}); }},
-      {"symbol \"A\": the file has a symbol of this name already",
-       [](TdxSession& s) {
-         s.Symbol("a", 0, {});
-         s.Symbol("A", 0, {});
-       }},
-      // The records behind the refused start don't hide it.
-      {"symbol \"a\": dimension 21 is not between 0 and 20",
-       [](TdxSession& s) {
-         s.Symbol("a", 21, {{{}, 1}});
-       }},
-      {"symbol \"a\": dimension -1 is not", [](TdxSession& s) { s.Symbol("a", -1, {}); }},
-      {"symbol \"a\": type 2 is not supported", [](TdxSession& s) { s.Start("a", 1, "", 2); }},
-      {"a record without a symbol", [](TdxSession& s) { s.Record({}, 1); }},
-      {"the end of a symbol that was not begun", [](TdxSession& s) { s.Done(); }},
-      {"symbol \"b\": the symbol before it is not done",
-       [](TdxSession& s) {
-         s.Start("a", 1);
-         s.Start("b", 1);
-       }},
-      {"a file is open already", [](TdxSession& s) { s.Open("other.tdx"); }},
-  };
+TEST_P(TdxLibraryError, HasATextAndKeepsTheFileBack) {
   const TemporaryDirectory directory;
   const fs::path file = directory / "linfit.tdx";
-  testing_support::WriteFile(file, "earlier");
+  const std::string earlier = WriteSmallFile(file);
   TdxSession session;
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.text);
+  for (int run = 0; run < 2; ++run) {  // the second one starts without the errors of the first
     ASSERT_TRUE(session.Open(file)) << session.LastError();
     EXPECT_EQ(session.ErrorCount(), 0);
-    c.calls(session);
+    GetParam().calls(session);
     EXPECT_EQ(session.ErrorCount(), 1);
-    EXPECT_NE(session.LastError().find(c.text), std::string::npos) << session.LastError();
+    EXPECT_NE(session.LastError().find(GetParam().text), std::string::npos) << session.LastError();
     EXPECT_FALSE(session.Close());
-    EXPECT_EQ(testing_support::ReadFile(file), "earlier");
+    EXPECT_EQ(testing_support::ReadFile(file), earlier);
     EXPECT_EQ(Files(directory.Path()).size(), 1U);
   }
-  // A symbol without its end is noticed at the close.
-  ASSERT_TRUE(session.Open(file));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    , TdxLibraryError,
+    testing::ValuesIn(std::vector<ErrorCase>{
+        {"TwiceInOneDimension", "symbol \"a\": duplicate key (\"x\")",
+         [](TdxSession& s) {
+           s.Symbol("a", 1, {{{"x"}, 1}, {{"y"}, 2}, {{"x"}, 1}});
+         }},
+        {"TwiceInARow", "symbol \"a\": duplicate key (\"x\",\"y\")",
+         [](TdxSession& s) {
+           s.Symbol("a", 2, {{{"x", "y"}, 1}, {{"x", "y"}, 1}});
+         }},
+        {"TwiceOutOfOrder", "symbol \"a\": duplicate key (\"y\",\"x\")",
+         [](TdxSession& s) {
+           s.Symbol("a", 2, {{{"x", "y"}, 1}, {{"y", "x"}, 2}, {{"x", "x"}, 3}, {{"y", "x"}, 4}});
+         }},
+        {"TwiceAScalar", "symbol \"a\": a second value of a scalar",
+         [](TdxSession& s) {
+           s.Symbol("a", 0, {{{}, 1}, {{}, 2}});
+         }},
+        {"LongLabel", "symbol \"a\": a label is longer than 63 bytes: \"llll",
+         [](TdxSession& s) {
+           s.Symbol("a", 1, {{{kLongText}, 1}});
+         }},
+        {"LongName", "the name is longer than 63 bytes",
+         [](TdxSession& s) { s.Symbol(kLongText, 0, {}); }},
+        {"NoName", "a symbol without a name", [](TdxSession& s) { s.Symbol("", 0, {}); }},
+        {"NameTwice", "symbol \"A\": the file has a symbol of this name already",
+         [](TdxSession& s) {
+           s.Symbol("a", 0, {});
+           s.Symbol("A", 0, {});
+         }},
+        // The records behind the refused start don't hide it.
+        {"DimensionTooLarge", "symbol \"a\": dimension 21 is not between 0 and 20",
+         [](TdxSession& s) {
+           s.Symbol("a", 21, {{{}, 1}});
+         }},
+        {"DimensionNegative", "symbol \"a\": dimension -1 is not",
+         [](TdxSession& s) { s.Symbol("a", -1, {}); }},
+        {"OtherType", "symbol \"a\": type 2 is not supported",
+         [](TdxSession& s) { s.Start("a", 1, "", 2); }},
+        {"RecordAlone", "a record without a symbol", [](TdxSession& s) { s.Record({}, 1); }},
+        {"EndAlone", "the end of a symbol that was not begun", [](TdxSession& s) { s.Done(); }},
+        {"StartInside", "symbol \"b\": the symbol before it is not done",
+         [](TdxSession& s) {
+           s.Start("a", 1);
+           s.Start("b", 1);
+         }},
+        {"OpenTwice", "a file is open already", [](TdxSession& s) { s.Open("other.tdx"); }},
+    }),
+    [](const auto& c) { return c.param.name; });
+
+TEST(TdxLibrary, ASymbolWithoutItsEndIsNoticedAtTheClose) {
+  const TemporaryDirectory directory;
+  TdxSession session;
+  ASSERT_TRUE(session.Open(directory / "linfit.tdx"));
   session.Start("a", 1);
   EXPECT_FALSE(session.Close());
   EXPECT_EQ(session.LastError(), "symbol \"a\" is not done");
@@ -168,12 +195,16 @@ TEST(TdxLibrary, ErrorsHaveTextsAndKeepTheFileBack) {
 
 TEST(TdxLibrary, TargetsThatCannotBeWritten) {
   const TemporaryDirectory directory;
-  testing_support::WriteFile(directory / "file", "");
+  testing_support::WriteFile(directory / "file", "x,y\n1,2\n");
   fs::create_directory(directory / "taken.tdx");
+  Database(directory / "table.db", Database::Mode::kCreate).Execute("create table tdx_file(x)");
+  const std::set<std::string> files = Files(directory.Path());
   const std::pair<std::string, std::string> cases[] = {
       {"missing/linfit.tdx", "No such file or directory"},
       {"file/linfit.tdx", ""},  // the system's own text
       {"taken.tdx", "not a regular file"},
+      {"file", "not a results file"},
+      {"table.db", "not a results file"},
   };
   TdxSession session;
   for (const auto& [name, text] : cases) {
@@ -185,7 +216,46 @@ TEST(TdxLibrary, TargetsThatCannotBeWritten) {
     EXPECT_NE(session.LastError().find(text), std::string::npos) << session.LastError();
     EXPECT_FALSE(session.Close()) << name;
   }
-  EXPECT_EQ(Files(directory.Path()), (std::set<std::string>{"file", "taken.tdx"}));
+  EXPECT_EQ(Files(directory.Path()), files);
+  EXPECT_EQ(testing_support::ReadFile(directory / "file"), "x,y\n1,2\n");
+}
+
+TEST(TdxLibrary, WhatMayBeReplaced) {
+  const TemporaryDirectory directory;
+  testing_support::WriteFile(directory / "empty", "");
+  WriteSmallFile(directory / "numbered");
+  WriteSmallFile(directory / "unnumbered");  // known by its tables
+  Database(directory / "unnumbered", Database::Mode::kReadWrite)
+      .Execute("pragma application_id = 0");
+  for (const char* name : {"empty", "numbered", "unnumbered"}) {
+    TdxSession session;
+    EXPECT_TRUE(session.Open(directory / name)) << session.LastError();
+    session.Symbol("new", 0, {{{}, 1.0}});
+    EXPECT_TRUE(session.Close()) << session.LastError();
+    EXPECT_EQ(Query(directory / name, "select * from new", 1), Texts{"1.0"});
+  }
+  // A file that comes under the name while another is written.
+  TdxSession session;
+  ASSERT_TRUE(session.Open(directory / "late"));
+  testing_support::WriteFile(directory / "late", "mine");
+  EXPECT_FALSE(session.Close());
+  EXPECT_EQ(testing_support::ReadFile(directory / "late"), "mine");
+}
+
+// An SQL program that dies while it writes leaves a journal or a log, which would be applied to
+// whatever has the file's name.
+TEST(TdxLibrary, WhatAnSqlProgramLeftIsNotAppliedToTheNextFile) {
+  for (const char* mode : {"delete", "wal"}) {
+    const TemporaryDirectory directory;
+    const fs::path file = directory / "linfit.tdx";
+    ASSERT_EQ(RunProgram(TDX_PROGRAM, {Utf8(file), "close", "4000"}).exit_code, 0);
+    ASSERT_NE(RunProgram(TDX_PROGRAM, {Utf8(file), mode, "0"}).exit_code, 0);
+    ASSERT_GT(Files(directory.Path()).size(), 1U) << mode;
+    ASSERT_EQ(RunProgram(TDX_PROGRAM, {Utf8(file), "close", "3000"}).exit_code, 0);
+    EXPECT_EQ(Files(directory.Path()), std::set<std::string>{"linfit.tdx"}) << mode;
+    EXPECT_EQ(Query(file, "select count(*), sum(value) from resid", 2), Texts{"3000|4498500.0"});
+    EXPECT_EQ(Query(file, "pragma integrity_check", 1), Texts{"ok"});
+  }
 }
 
 // Keys in no order, against a set as the oracle; several batches long.
@@ -268,11 +338,11 @@ TEST(TdxLibrary, LabelsInAndOutOfOrder) {
 TEST(TdxLibrary, ProcessesThatEndEarly) {
   const TemporaryDirectory directory;
   const fs::path file = directory / "linfit.tdx";
-  testing_support::WriteFile(file, "earlier");
+  const std::string earlier = WriteSmallFile(file);
   EXPECT_EQ(RunProgram(TDX_PROGRAM, {Utf8(file), "exit", "20000"}).exit_code, 0);
   EXPECT_EQ(Files(directory.Path()), std::set<std::string>{"linfit.tdx"});
   EXPECT_NE(RunProgram(TDX_PROGRAM, {Utf8(file), "kill", "20000"}).exit_code, 0);
-  EXPECT_EQ(testing_support::ReadFile(file), "earlier");
+  EXPECT_EQ(testing_support::ReadFile(file), earlier);
 
   // What the killed one left goes when the next one comes; other files stay.
   ASSERT_EQ(Files(directory.Path()).size(), 2U);
@@ -282,20 +352,47 @@ TEST(TdxLibrary, ProcessesThatEndEarly) {
   EXPECT_EQ(Query(file, "select * from resid", 2), (Texts{"r0|0.0", "r1|1.0"}));
 }
 
-#ifndef _WIN32  // limits on the size of files are set by the shell
+#ifndef _WIN32  // signals, permissions, and limits on the size of files, which the shell sets
+TEST(TdxLibrary, SignalsLeaveNothing) {
+  const TemporaryDirectory directory;
+  const fs::path file = directory / "linfit.tdx";
+  const std::string earlier = WriteSmallFile(file);
+  for (const char* name : {"INT", "TERM", "HUP"}) {
+    const auto run = RunProgram(TDX_PROGRAM, {Utf8(file), name, "20000"});
+    EXPECT_GT(run.exit_code, 128) << name;
+    EXPECT_EQ(Files(directory.Path()), std::set<std::string>{"linfit.tdx"}) << name;
+    EXPECT_EQ(testing_support::ReadFile(file), earlier) << name;
+  }
+  // Ignored when the program started: so it stays.
+  const auto run = RunProgram(
+      "/bin/sh", {"-c", "trap '' HUP; exec \"$0\" \"$1\" HUP 2", TDX_PROGRAM, Utf8(file)});
+  EXPECT_EQ(run.out, "closed 0 no error\n");
+}
+
+TEST(TdxLibrary, PermissionsStay) {
+  const TemporaryDirectory directory;
+  const fs::path file = directory / "linfit.tdx";
+  WriteSmallFile(file);
+  fs::permissions(file, fs::perms::owner_read | fs::perms::owner_write);
+  WriteSmallFile(file);
+  EXPECT_EQ(fs::status(file).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+}
+
 // 512 blocks of 512 bytes (some shells: of 1024) fill up while records are written, or at the
 // close.
 TEST(TdxLibrary, FullDisk) {
   const TemporaryDirectory directory;
   const fs::path file = directory / "linfit.tdx";
-  testing_support::WriteFile(file, "earlier");
+  const std::string earlier = WriteSmallFile(file);
   for (const char* count : {"20000", "2000000"}) {
     const auto run = RunProgram(
         "/bin/sh",
         {"-c", "trap '' XFSZ; ulimit -f 512; exec \"$0\" \"$1\" close " + std::string(count),
          TDX_PROGRAM, Utf8(file)});
     EXPECT_TRUE(run.out.starts_with("failed 1 cannot write " + Utf8(file) + ": ")) << run.out;
-    EXPECT_EQ(testing_support::ReadFile(file), "earlier");
+    EXPECT_NE(run.err.find("tdxdclib64: cannot write " + Utf8(file) + ": "), std::string::npos);
+    EXPECT_NE(run.err.find("File too large"), std::string::npos) << run.err;
+    EXPECT_EQ(testing_support::ReadFile(file), earlier);
     EXPECT_EQ(Files(directory.Path()), std::set<std::string>{"linfit.tdx"});
   }
 }
