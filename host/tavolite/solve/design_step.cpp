@@ -3,28 +3,12 @@
 #include <cmath>
 #include <exception>
 
-#include "tptdclib/option_table.h"
-
 namespace host {
 
 namespace {
 
-constexpr const char* kDefinitionFile = "optlinfit.def";
-constexpr int kDefaultConstantTerm = 2;
 // A residual standard error of less than this, over the size of the response, is rounding.
 constexpr double kRounding = 1e-13;
-
-// As the solver takes it: of files with a fault it takes nothing.
-int AddConstantTerm(const ControlFile& control) {
-  OptionTable options;
-  if (!options.ReadDefinition(control.system_directory / kDefinitionFile)) {
-    return kDefaultConstantTerm;
-  }
-  if (!control.option_file.empty() && !options.ReadParameterFile(control.option_file)) {
-    return kDefaultConstantTerm;
-  }
-  return options.Integer("ADD_CONSTANT_TERM");
-}
 
 bool IsPerfect(const DesignCheck& check, const Solution& solution) {
   const auto rss = solution.head_and_tail.find(kObjectiveCode);
@@ -35,12 +19,12 @@ bool IsPerfect(const DesignCheck& check, const Solution& solution) {
 
 }  // namespace
 
-void DesignStep::Start(const ControlFile& control) {
+void DesignStep::Start(const std::filesystem::path& instance, int constant_term) {
   // Without a thread to be had, the check is done when it is asked for.
-  check_ =
-      std::async(std::launch::async | std::launch::deferred, [control, stop = stop_.get_token()] {
-        return CheckDesign(control.instance, AddConstantTerm(control), stop);
-      });
+  check_ = std::async(std::launch::async | std::launch::deferred,
+                      [instance, constant_term, stop = stop_.get_token()] {
+                        return CheckDesign(instance, constant_term, stop);
+                      });
 }
 
 DesignFindings DesignStep::End(const ModelNames& names, const Solution& solution) {

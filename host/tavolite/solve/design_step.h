@@ -1,13 +1,13 @@
 // The check of the design, beside the solver's run.
 #pragma once
 
+#include <filesystem>
 #include <future>
 #include <limits>
 #include <stop_token>
 #include <string>
 #include <vector>
 
-#include "base/control_file.h"
 #include "instance/instance.h"
 #include "tavolite/design/design_check.h"
 #include "tavolite/solve/listing.h"
@@ -28,8 +28,8 @@ class DesignStep {
   DesignStep& operator=(const DesignStep&) = delete;
   ~DesignStep() { Stop(); }
 
-  // The instance and the option file of `control` are there.
-  void Start(const ControlFile& control);
+  // `constant_term` is the solver's option.
+  void Start(const std::filesystem::path& instance, int constant_term);
   // Waits for the check. What keeps it from being done is a warning.
   // Only once.
   DesignFindings End(const ModelNames& names, const Solution& solution);

@@ -119,6 +119,13 @@ void WritePart(std::string_view title, const Elements& elements, Output& output)
   WriteElements(elements, output);
 }
 
+void WriteIntercept(const AddedIntercept& intercept, Output& output) {
+  std::string line;
+  AppendNumber(intercept.estimate, line);
+  AppendNumber(intercept.standard_error, line);
+  output.Write(line + "  Intercept, added by the solver\n");
+}
+
 }  // namespace
 
 std::string ModelStatusText(std::int32_t status) {
@@ -132,8 +139,12 @@ std::string SolveStatusText(std::int32_t status) {
 std::string ObjectiveText(const Solution& solution) {
   const auto found = solution.head_and_tail.find(kObjectiveCode);
   if (found == solution.head_and_tail.end()) return "not stated";
+  return ExactText(found->second);
+}
+
+std::string ExactText(double value) {
   std::array<char, kNumberBuffer> buffer;
-  return std::string(FormatNumber(found->second, kInfinityText, 0, buffer));
+  return std::string(FormatNumber(value, kInfinityText, 0, buffer));
 }
 
 void WriteListing(const std::filesystem::path& listing, const std::filesystem::path& status_file,
@@ -152,6 +163,7 @@ void WriteListing(const std::filesystem::path& listing, const std::filesystem::p
     }
     WritePart("Equations", {names.dictionary, names.rows, solution->rows}, output);
     WritePart("Variables", {names.dictionary, names.columns, solution->columns}, output);
+    if (names.intercept) WriteIntercept(*names.intercept, output);
   }
   output.Close();
 }

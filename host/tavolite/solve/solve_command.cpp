@@ -16,9 +16,12 @@
 #include "tavolite/solve/design_step.h"
 #include "tavolite/solve/front_end.h"
 #include "tavolite/solve/listing.h"
+#include "tavolite/solve/refusal.h"
+#include "tavolite/solve/results_step.h"
 #include "tavolite/solve/running_solve.h"
 #include "tavolite/solve/solve_files.h"
 #include "tavolite/solve/solver_log.h"
+#include "tavolite/solve/solver_options.h"
 #include "tavolite/solve/step_times.h"
 #include "tavolite/system/interrupt.h"
 
@@ -26,8 +29,6 @@ namespace host {
 namespace {
 
 namespace fs = std::filesystem;
-
-constexpr const char* kResultsFile = "linfit.tdx";  // unless the option file names another one
 
 struct Session {
   const SolveOptions& options;
@@ -39,6 +40,10 @@ struct Session {
   StepTimes times;
   std::future<void> matrix_end;
   DesignStep design{};
+  ModelFaults faults{};
+  SolverOptions solver_options{};
+  std::vector<std::string> failures{};  // lines for standard error
+  fs::file_time_type start = fs::file_time_type::clock::now();
   [[nodiscard]] fs::path Scratch(const char* name) const { return running->Scratch(name); }
 };
 
@@ -69,25 +74,31 @@ ModelNames Prepare(Session& session) {
   FrontEndResult input = ReadModel(session.options, session.running->ScratchPath());
   session.times.End("read the model");
   Tell(session, input.notes);
+  session.faults = FindFaults(input.model);
   WriteInstance(input.model, session.Scratch("instance.db"));
   ControlFile control;
   control.instance = session.Scratch("instance.db");
   control.status_file = session.Scratch("status.txt");
   control.system_directory = SystemDirectory(session.solver);
   control.option_file = OptionFile(session, input);
+  session.solver_options = ReadSolverOptions(control);
+  session.running->SetResultsFile(FromUtf8(session.solver_options.results_file));
   if (!session.options.timing.empty()) control.timing = session.Scratch("timing.txt");
   WriteControlFile(control, session.Scratch("control.txt"));
-  session.design.Start(control);
+  session.design.Start(control.instance, session.solver_options.constant_term);
   session.matrix_end = std::async([columns = std::move(input.model.columns)]() mutable {
     std::vector<Column>().swap(columns);
   });
   session.times.End("write the instance");
   return {std::move(input.model.name),      std::move(input.model.dictionary),
           std::move(input.model.row_names), std::move(input.model.column_names),
-          std::move(input.notes.notes),     {}};
+          std::move(input.notes.notes),     {},
+          input.model.objective_column,     {}};
 }
 
 ChildProcess::Exit RunSolver(Session& session, SolverLog& log) {
+  const std::string too_few = TooFewRows(session.faults, session.solver_options);
+  if (!too_few.empty()) session.err << "tavolite: " << too_few << '\n';
   const auto on_output = [&](std::string_view piece) {
     log.Take(piece);
     if (!session.options.quiet) (session.out << piece).flush();
@@ -99,18 +110,30 @@ ChildProcess::Exit RunSolver(Session& session, SolverLog& log) {
   return exit;
 }
 
-std::string Failure(const ChildProcess::Exit& exit, const SolverLog& log) {
+// There is no solution: says why, what to do, and whose results are there.
+void TellFailure(Session& session, const ChildProcess::Exit& exit, const SolverLog& log) {
   std::string text = "the solver ended without a solution";
   if (exit.code != 0) text += " (exit status " + std::to_string(exit.code) + ")";
-  return log.LastLine().empty() ? text : text + ": " + log.LastLine();
+  session.failures.push_back(log.LastLine().empty() ? text : text + ": " + log.LastLine());
+  session.failures.push_back(
+      Remedy(log.LastLine(), session.faults, session.options.format, session.solver_options));
+  session.failures.push_back(
+      EarlierResults(FromUtf8(session.solver_options.results_file), session.start));
 }
 
-void Summarise(const Session& session, const Solution& solution, const SolverLog& log) {
+void Summarise(const Session& session, const ModelNames& names, const Solution& solution,
+               const SolverLog& log) {
   std::ostream& out = session.out;
   out << "\nModel status:  " << ModelStatusText(solution.model_status) << '\n'
       << "Solve status:  " << SolveStatusText(solution.solve_status) << '\n'
-      << "Objective:     " << ObjectiveText(solution) << '\n'
-      << "Listing:       " << Utf8(session.listing) << '\n';
+      << "Objective:     " << ObjectiveText(solution) << '\n';
+  if (!session.options.table.response.empty()) {
+    out << "Response:      " << session.options.table.response << '\n';
+  }
+  if (names.intercept) {
+    out << "Intercept:     " << ExactText(names.intercept->estimate) << ", added by the solver\n";
+  }
+  out << "Listing:       " << Utf8(session.listing) << '\n';
   if (!log.ResultsFile().empty()) out << "Results file:  " << log.ResultsFile() << '\n';
   out.flush();
 }
@@ -138,9 +161,13 @@ void WriteReport(Session& session, const ModelNames& names, const SolverLog& log
 }
 
 int Finish(Session& session, ModelNames& names, const ChildProcess::Exit& exit,
-           const SolverLog& log, std::string& failure) {
+           const SolverLog& log) {
   const fs::path instance = session.Scratch("instance.db");
   const std::optional<Solution> solution = ReadSolution(instance);
+  if (solution && !log.ResultsFile().empty()) {
+    names.intercept =
+        ReadAddedIntercept(FromUtf8(log.ResultsFile()), *solution, names.objective_column);
+  }
   const bool full_rank = solution && CheckDesign(session, *solution, names);
   session.design.Stop();
   // A large file takes its time to go.
@@ -160,32 +187,31 @@ int Finish(Session& session, ModelNames& names, const ChildProcess::Exit& exit,
                                   [&](const fs::path& file) { session.times.Write(file); });
   }
   if (!solution) {
-    failure = Failure(exit, log);
+    TellFailure(session, exit, log);
     if (!session.options.quiet) session.out << "\nListing:       " << Utf8(session.listing) << '\n';
     return kNotSolved;
   }
-  if (!session.options.quiet) Summarise(session, *solution, log);
+  if (!session.options.quiet) Summarise(session, names, *solution, log);
   WriteReport(session, names, log);
   return full_rank ? kSolved : kNotFullRank;
 }
 
-// The solve without its end: what is wrong goes to `failure`.
-int Solve(Session& session, std::string& failure) {
+// The solve without its end.
+int Solve(Session& session) {
   int status = kBadInput;  // of what fails before the solver has run
   try {
     session.solver = FindSolver(session.options);
     session.listing = ChooseListing(session.options);
     CheckReport(session.options, session.listing);
     session.running->MakeScratch(session.options);
-    session.running->SetResultsFile(kResultsFile);
     ModelNames names = Prepare(session);
     status = kNotSolved;
     SolverLog log;
     const ChildProcess::Exit exit = RunSolver(session, log);
     if (exit.interrupted) return kInterruptedStatus;
-    return Finish(session, names, exit, log, failure);
+    return Finish(session, names, exit, log);
   } catch (const std::exception& error) {
-    failure = FailureText(error);
+    session.failures = {FailureText(error)};
   }
   return status;
 }
@@ -194,12 +220,13 @@ int Solve(Session& session, std::string& failure) {
 
 int RunSolve(const SolveOptions& options, std::ostream& out, std::ostream& err) {
   Session session{options, out, err, {}, {}, RunningSolve::Start(), {}, {}};
-  std::string failure;
-  const int status = Solve(session, failure);
+  const int status = Solve(session);
   session.design.Stop();
   // Behind an interrupt, which takes the files away, nothing that has failed counts any more.
   const WithoutInterrupt now;
-  if (!failure.empty()) err << "tavolite: " << failure << '\n';
+  for (const std::string& line : session.failures) {
+    if (!line.empty()) err << "tavolite: " << line << '\n';
+  }
   if (options.keep && !options.quiet && session.running->HasScratch()) {
     out << "Scratch files: " << Utf8(session.running->ScratchPath()) << '\n';
   }

@@ -11,8 +11,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* kDefinitionFile = "optlinfit.def";
-
 bool IsSameFile(const fs::path& a, const fs::path& b) {
   std::error_code none;
   return fs::equivalent(a, b, none);

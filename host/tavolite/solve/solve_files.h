@@ -7,6 +7,8 @@
 
 namespace host {
 
+inline constexpr const char* kDefinitionFile = "optlinfit.def";
+
 // The solver's program, as an absolute path. Throws InputError where there is none.
 std::filesystem::path FindSolver(const SolveOptions& options);
 

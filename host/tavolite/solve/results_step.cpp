@@ -1,0 +1,62 @@
+#include "tavolite/solve/results_step.h"
+
+#include <bit>
+#include <system_error>
+
+#include "base/text_file.h"
+#include "tdx/tdx_reader.h"
+
+namespace host {
+namespace {
+
+namespace fs = std::filesystem;
+
+// Bit for bit, so that undefined values are the same, too.
+bool IsSame(double a, double b) {
+  return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b) || a == b ||
+         (a != a && b != b);
+}
+
+bool AreEstimatesOf(const TdxRecords& estimates, const Solution& solution,
+                    std::int32_t objective_column) {
+  std::size_t record = 0;
+  for (std::size_t j = 0; j < solution.columns.level.size(); ++j) {
+    if (static_cast<std::int32_t>(j) == objective_column) continue;
+    if (!IsSame(estimates.values[record++], solution.columns.level[j])) return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+std::optional<AddedIntercept> ReadAddedIntercept(const fs::path& results, const Solution& solution,
+                                                 std::int32_t objective_column) {
+  try {
+    TdxReader reader(results);
+    const TdxSymbolInfo& estimate = reader.Get("estimate");
+    // The objective's column makes room for the intercept's record behind the others.
+    if (estimate.records != static_cast<std::int64_t>(solution.columns.level.size())) return {};
+    const TdxRecords estimates = reader.Read(estimate);
+    const TdxRecords errors = reader.Read(reader.Get("se"));
+    if (errors.values.size() != estimates.values.size() ||
+        !AreEstimatesOf(estimates, solution, objective_column)) {
+      return {};
+    }
+    return AddedIntercept{estimates.values.back(), errors.values.back()};
+  } catch (const FileError&) {  // `show` tells what is wrong with it
+    return {};
+  }
+}
+
+std::string EarlierResults(const fs::path& results, fs::file_time_type start) {
+  std::error_code none;
+  if (!fs::is_regular_file(results, none) || fs::last_write_time(results, none) >= start) return {};
+  try {
+    const TdxReader reader(results);
+    return Utf8(results) + " is of an earlier run, of " + reader.Header().created;
+  } catch (const FileError&) {
+    return Utf8(results) + " is not of this run";
+  }
+}
+
+}  // namespace host
