@@ -147,6 +147,9 @@ CLI::App* AddShow(CLI::App& app, ShowOptions& options) {
                          {"json", ShowFormat::kJson},
                          {"html", ShowFormat::kHtml}},
                         "Format of the output (default: table)");
+  show->add_flag_callback(
+      "--raw-cells", [&options] { options.csv_cells = CsvCells::kRaw; },
+      "In CSV, write texts that spreadsheets would run as formulas as they are");
   show->add_option_function<std::string>(
           "--limit",
           [&options](const std::string& text) { options.limit = ParseCount("--limit", text); },

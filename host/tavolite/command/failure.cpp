@@ -4,6 +4,8 @@
 #include <ostream>
 #include <system_error>
 
+#include "base/excerpt.h"
+
 namespace host {
 
 const char* FailureText(const std::exception& failure) {
@@ -17,7 +19,9 @@ const char* FailureText(const std::exception& failure) {
 }
 
 void PrintFailure(const std::exception& failure, std::ostream& err) {
-  err << "tavolite: " << FailureText(failure) << '\n';
+  err << "tavolite: ";
+  WritePrintable(err, FailureText(failure));
+  err << '\n';
 }
 
 }  // namespace host

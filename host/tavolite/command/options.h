@@ -48,11 +48,13 @@ struct SolveOptions {
 };
 
 enum class ShowFormat { kTable, kCsv, kJson, kHtml };
+enum class CsvCells { kGuarded, kRaw };
 
 struct ShowOptions {
   std::filesystem::path file{};
   std::string symbol{};  // empty: an overview of the file
   ShowFormat format = ShowFormat::kTable;
+  CsvCells csv_cells = CsvCells::kGuarded;  // raw: also what a spreadsheet would run
   std::int64_t limit = -1;         // records of a symbol, coefficients of the overview; -1: all
   std::filesystem::path output{};  // empty: standard output
   std::size_t width = 0;           // columns of the terminal; 0: found out

@@ -30,7 +30,7 @@ std::string OverviewText(const ShowOptions& options, TdxReader& reader) {
   if (options.format == ShowFormat::kHtml) return ReportPage(reader);
   const Overview overview = ReadOverview(reader, options.limit);
   if (options.format == ShowFormat::kCsv) {
-    PrintOverviewCsv(reader, text);
+    PrintOverviewCsv(reader, options.csv_cells, text);
   } else if (options.format == ShowFormat::kJson) {
     PrintOverviewJson(reader, overview, text);
   } else {
@@ -44,7 +44,7 @@ std::string SymbolText(const ShowOptions& options, TdxReader& reader) {
   const TdxSymbolInfo& symbol = reader.Get(options.symbol);
   const TdxRecords records = reader.Read(symbol, options.limit);
   if (options.format == ShowFormat::kCsv) {
-    PrintSymbolCsv(records, text);
+    PrintSymbolCsv(records, options.csv_cells, text);
   } else if (options.format == ShowFormat::kJson) {
     PrintSymbolJson(symbol, records, text);
   } else {

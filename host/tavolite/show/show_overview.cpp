@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "tavolite/show/show_text.h"
+#include "base/excerpt.h"
 
 namespace host {
 
@@ -130,7 +130,8 @@ Overview ReadOverview(TdxReader& reader, std::int64_t limit) {
 void PrintOverviewTable(const TdxReader& reader, const Overview& overview, std::size_t width,
                         std::string& text) {
   const TdxHeader& header = reader.Header();
-  text += "Made by " + header.producer + " with " + header.library_version + ", " + header.created +
+  text += Printable("Made by " + header.producer + " with " + header.library_version + ", " +
+                    header.created) +
           "\n\nSymbols\n";
   AlignedTable symbols;
   symbols.AddColumn("name", AlignedTable::Side::kLeft);
@@ -153,11 +154,11 @@ void PrintOverviewTable(const TdxReader& reader, const Overview& overview, std::
   if (!overview.coefficients.empty()) PrintCoefficients(overview.coefficients, width, text);
 }
 
-void PrintOverviewCsv(const TdxReader& reader, std::string& text) {
+void PrintOverviewCsv(const TdxReader& reader, CsvCells cells, std::string& text) {
   text += "name,dimension,records,text\n";
   for (const TdxSymbolInfo& symbol : reader.Symbols()) {
-    text += CsvField(symbol.name) + ',' + std::to_string(symbol.dimension) + ',' +
-            std::to_string(symbol.records) + ',' + CsvField(symbol.text) + '\n';
+    text += CsvField(symbol.name, cells) + ',' + std::to_string(symbol.dimension) + ',' +
+            std::to_string(symbol.records) + ',' + CsvField(symbol.text, cells) + '\n';
   }
 }
 

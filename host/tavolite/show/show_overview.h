@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "tavolite/show/show_text.h"
 #include "tdx/tdx_reader.h"
 
 namespace host {
@@ -40,7 +41,7 @@ Overview ReadOverview(TdxReader& reader, std::int64_t limit);
 
 void PrintOverviewTable(const TdxReader& reader, const Overview& overview, std::size_t width,
                         std::string& text);
-void PrintOverviewCsv(const TdxReader& reader, std::string& text);
+void PrintOverviewCsv(const TdxReader& reader, CsvCells cells, std::string& text);
 void PrintOverviewJson(const TdxReader& reader, const Overview& overview, std::string& text);
 
 }  // namespace host

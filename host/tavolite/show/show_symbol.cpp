@@ -4,7 +4,7 @@
 #include <span>
 #include <vector>
 
-#include "tavolite/show/show_text.h"
+#include "base/excerpt.h"
 
 namespace host {
 
@@ -78,7 +78,7 @@ AlignedTable ListTable(const TdxRecords& records) {
 
 void PrintSymbolTable(const TdxSymbolInfo& symbol, const TdxRecords& records, bool whole,
                       std::size_t width, std::string& text) {
-  text += symbol.name + ": " + symbol.text + "\n\n";
+  text += Printable(symbol.name + ": " + symbol.text) + "\n\n";
   // A matrix wider than this can't fit: a column takes three characters at least.
   const std::size_t columns = whole ? MatrixColumns(records) : 0;
   if (columns > 1 && columns <= width / 3) {
@@ -96,11 +96,11 @@ void PrintSymbolTable(const TdxSymbolInfo& symbol, const TdxRecords& records, bo
   }
 }
 
-void PrintSymbolCsv(const TdxRecords& records, std::string& text) {
+void PrintSymbolCsv(const TdxRecords& records, CsvCells cells, std::string& text) {
   for (int k = 0; k < records.dimension; ++k) text += DimensionName(k) + ',';
   text += "value\n";
   for (std::size_t i = 0; i < records.values.size(); ++i) {
-    for (const std::string& key : records.Keys(i)) text += CsvField(key) += ',';
+    for (const std::string& key : records.Keys(i)) text += CsvField(key, cells) += ',';
     text += NumberText(records.values[i]) += '\n';
   }
 }

@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <string>
 
+#include "tavolite/show/show_text.h"
 #include "tdx/tdx_reader.h"
 
 namespace host {
@@ -15,7 +16,7 @@ namespace host {
 // `width` in columns: that of the terminal. `whole`: `records` holds all records of the symbol.
 void PrintSymbolTable(const TdxSymbolInfo& symbol, const TdxRecords& records, bool whole,
                       std::size_t width, std::string& text);
-void PrintSymbolCsv(const TdxRecords& records, std::string& text);
+void PrintSymbolCsv(const TdxRecords& records, CsvCells cells, std::string& text);
 void PrintSymbolJson(const TdxSymbolInfo& symbol, const TdxRecords& records, std::string& text);
 
 }  // namespace host

@@ -2,10 +2,13 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <cmath>
 #include <nlohmann/json.hpp>
+#include <system_error>
 #include <utility>
 
+#include "base/excerpt.h"
 #include "base/text.h"
 
 namespace host {
@@ -18,11 +21,21 @@ std::size_t DisplayWidth(std::string_view text) {
       std::ranges::count_if(text, [](char c) { return !IsUtf8Continuation(c); }));
 }
 
-std::string Printable(std::string text) {
-  for (char& c : text) {
-    if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) c = '?';
-  }
-  return text;
+bool IsNumber(std::string_view text) {
+  if (text.starts_with('+')) text.remove_prefix(1);
+  double value = 0.0;
+  const char* const end = text.data() + text.size();
+  const auto [rest, code] = std::from_chars(text.data(), end, value);
+  return code == std::errc() && rest == end;
+}
+
+// How a formula begins in a spreadsheet, in full width as well.
+bool LooksLikeFormula(std::string_view text) {
+  constexpr std::array<std::string_view, 10> kStarts{"=",  "+",      "-",      "@",      "\t",
+                                                     "\r", "\uFF1D", "\uFF0B", "\uFF0D", "\uFF20"};
+  const bool starts = std::ranges::any_of(
+      kStarts, [text](std::string_view start) { return text.starts_with(start); });
+  return starts && !IsNumber(text);
 }
 
 std::string Dumped(const nlohmann::json& value) {
@@ -42,11 +55,13 @@ std::string RoundedText(double value) {
   return std::string(FormatNumber(value, "Inf", 7, buffer));
 }
 
-std::string CsvField(std::string_view text) {
-  if (text.find_first_of(",\"\r\n") == std::string_view::npos) return std::string(text);
-  std::string field(1, '"');
-  for (const char c : text) field.append(c == '"' ? 2 : 1, c);
-  return field += '"';
+std::string CsvField(std::string_view text, CsvCells cells) {
+  std::string field(cells == CsvCells::kGuarded && LooksLikeFormula(text) ? "'" : "");
+  field += text;
+  if (text.find_first_of(",\"\r\n") == std::string_view::npos) return field;
+  std::string quoted(1, '"');
+  for (const char c : field) quoted.append(c == '"' ? 2 : 1, c);
+  return quoted += '"';
 }
 
 std::string JsonString(std::string_view text) {
@@ -64,14 +79,14 @@ std::string JsonNumber(double value) {
 }
 
 void AlignedTable::AddColumn(std::string head, Side side) {
-  head = Printable(std::move(head));
+  head = Printable(head);
   const std::size_t width = DisplayWidth(head);
   columns_.push_back({std::move(head), side, width});
 }
 
 void AlignedTable::AddRow(std::vector<std::string> cells) {
   for (std::size_t k = 0; k < cells.size(); ++k) {
-    cells[k] = Printable(std::move(cells[k]));
+    cells[k] = Printable(cells[k]);
     columns_[k].width = std::max(columns_[k].width, DisplayWidth(cells[k]));
   }
   rows_.push_back(std::move(cells));

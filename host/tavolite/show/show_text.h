@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "tavolite/command/options.h"
+
 namespace host {
 
 // The shortest digits that read back as the same double; Inf, -Inf and NaN, as R and pandas read
@@ -15,8 +17,9 @@ std::string NumberText(double value);
 // Seven significant digits, for tables that are to be looked at.
 std::string RoundedText(double value);
 
-// A field of RFC 4180: in quotes when it holds a comma, a quote or a line break.
-std::string CsvField(std::string_view text);
+// A field of RFC 4180: in quotes when it holds a comma, a quote or a line break. Guarded, a text
+// that a spreadsheet would run as a formula has an apostrophe in front.
+std::string CsvField(std::string_view text, CsvCells cells);
 
 // A JSON string with its quotes. Bytes that aren't UTF-8 become U+FFFD.
 std::string JsonString(std::string_view text);
@@ -32,7 +35,7 @@ class AlignedTable {
   enum class Side { kLeft, kRight };
 
   void AddColumn(std::string head, Side side);
-  // As many cells as there are columns. Control characters become "?".
+  // As many cells as there are columns. They are printed as Printable has them, like the heads.
   void AddRow(std::vector<std::string> cells);
   [[nodiscard]] std::size_t Width() const;
   // A line of heads, unless all are empty, then one per row; each ends in "\n".

@@ -5,6 +5,9 @@
 #include <array>
 #include <cmath>
 #include <ostream>
+#include <sstream>
+
+#include "base/excerpt.h"
 
 namespace host {
 namespace {
@@ -39,6 +42,23 @@ TEST(Text, LosesBlanksAtItsEnds) {
   EXPECT_EQ(Stripped(""), "");
   EXPECT_EQ(StrippedEnd(" a  "), " a");
   EXPECT_EQ(StrippedEnd("a\t\r ", " \t\r"), "a");
+}
+
+TEST(Text, WhatSteersATerminalIsEscaped) {
+  const std::pair<std::string_view, std::string_view> cases[] = {
+      {"a\\b Zürich 東京", "a\\b Zürich 東京"},
+      {"\x1B[2J\a\n\x7F", "\\x1b[2J\\x07\\x0a\\x7f"},
+      {"\xC2\x9B\x9B\xC2\xA0", "\\x9b\\x9b\xC2\xA0"},
+      {"\u202Ea\u2066\u2028", "\\u202ea\\u2066\\u2028"},
+      {"\xC3", "\\xc3"}};
+  for (const auto& [text, printable] : cases) {
+    EXPECT_EQ(Printable(text), printable);
+    std::ostringstream out;
+    WritePrintable(out, text);
+    EXPECT_EQ(out.str(), printable);
+  }
+  EXPECT_EQ(Printable("a\nb\t\r", "\n\t"), "a\nb\t\\x0d");
+  EXPECT_EQ(Excerpt(std::string(38, 'a') + "\x1B"), std::string(38, 'a') + "...");
 }
 
 TEST(Text, NumbersFitTheirBuffer) {

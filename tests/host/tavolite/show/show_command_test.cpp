@@ -128,6 +128,22 @@ TEST_F(Show, CsvAndJson) {
   EXPECT_EQ(testing_support::ReadFile(output), "value\n0.30000000000000004\n");
 }
 
+TEST_F(Show, TextsOfOthersNeitherSteerTerminalsNorRunInSpreadsheets) {
+  const std::filesystem::path file = directory_ / "other.tdx";
+  TdxSession session;
+  ASSERT_TRUE(session.Open(file));
+  session.Symbol("s", 1,
+                 {{{"\x1B[2J"}, 1}, {{"=1+1"}, -2}, {{"-3e5"}, 3}, {{"-3+1"}, 4}, {{"@a,b"}, 5}},
+                 "a\nb");
+  ASSERT_TRUE(session.Close());
+  EXPECT_TRUE(Run({.file = file, .symbol = "s"}).starts_with("s: a\\x0ab\n\n"));
+  EXPECT_NE(Run({.file = file, .symbol = "s"}).find("\\x1b[2J      1\n"), std::string::npos);
+  ShowOptions csv{.file = file, .symbol = "s", .format = ShowFormat::kCsv};
+  EXPECT_EQ(Run(csv), "dim1,value\n\x1B[2J,1\n'=1+1,-2\n-3e5,3\n'-3+1,4\n\"'@a,b\",5\n");
+  csv.csv_cells = CsvCells::kRaw;
+  EXPECT_EQ(Run(csv), "dim1,value\n\x1B[2J,1\n=1+1,-2\n-3e5,3\n-3+1,4\n\"@a,b\",5\n");
+}
+
 // What stands where a results file should, and the text that says so.
 struct BadFile {
   const char* name;

@@ -105,7 +105,7 @@ TEST(ReadTableTest, LabelsKeyTheRows) {
   options.labels = {"land,year"};
   const std::string text = "land,year,y,x\n\"A \"\"1\"\"\nB\",2001,1,2\n";
   EXPECT_EQ(Failure(text, options),
-            "t.csv:2: column \"land\": \"A \"1\"?B\" has a control character");
+            "t.csv:2: column \"land\": \"A \"1\"\\x0aB\" has a control character");
   const TableModel made = FromText(
       "land,year,y,x\n\"a,\"\"b\"\"  "
       "\",2001,1,2\nNA,2001,3,5\n\"a,\"\"b\"\"\",2002,4,6\n,2002,5,6\n",
