@@ -182,12 +182,6 @@ Statement& Statement::Bind(int parameter, std::string_view text) {
   return *this;
 }
 
-Statement& Statement::BindBlob(int parameter, std::span<const std::byte> bytes) {
-  const void* first = bytes.empty() ? static_cast<const void*>("") : bytes.data();
-  database_->Check(sqlite3_bind_blob64(statement_, parameter, first, bytes.size(), SQLITE_STATIC));
-  return *this;
-}
-
 Statement& Statement::BindNull(int parameter) {
   database_->Check(sqlite3_bind_null(statement_, parameter));
   return *this;
@@ -223,12 +217,6 @@ std::string_view Statement::Text(int column) const {
                          : std::string_view(text, static_cast<std::size_t>(size));
 }
 
-std::span<const std::byte> Statement::Blob(int column) const {
-  const auto* bytes = static_cast<const std::byte*>(sqlite3_column_blob(statement_, column));
-  const int size = sqlite3_column_bytes(statement_, column);
-  return {bytes, bytes == nullptr ? 0 : static_cast<std::size_t>(size)};
-}
-
 bool Statement::IsNull(int column) const {
   return Type(column) == SQLITE_NULL;
 }
@@ -258,24 +246,6 @@ void RequireTable(Database& database, std::string_view name) {
 std::int64_t Pragma(Database& database, std::string_view name) {
   Statement statement(database, std::string("PRAGMA ").append(name));
   return statement.Step() ? statement.Int(0) : 0;
-}
-
-BlobReader::BlobReader(Database& database, const char* table, const char* column, std::int64_t row)
-    : database_(&database) {
-  database.Check(sqlite3_blob_open(database.Connection(), "main", table, column, row, 0, &blob_));
-}
-
-BlobReader::~BlobReader() {
-  sqlite3_blob_close(blob_);
-}
-
-std::size_t BlobReader::Size() const {
-  return static_cast<std::size_t>(sqlite3_blob_bytes(blob_));
-}
-
-void BlobReader::Read(std::size_t offset, std::span<std::byte> bytes) const {
-  database_->Check(sqlite3_blob_read(blob_, bytes.data(), static_cast<int>(bytes.size()),
-                                     static_cast<int>(offset)));
 }
 
 }  // namespace host

@@ -3,11 +3,9 @@
 
 #include <sqlite3.h>
 
-#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <memory>
-#include <span>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -68,7 +66,6 @@ class Statement {
   Statement& Bind(int parameter, std::int64_t value);
   Statement& Bind(int parameter, double value);
   Statement& Bind(int parameter, std::string_view text);
-  Statement& BindBlob(int parameter, std::span<const std::byte> bytes);
   Statement& BindNull(int parameter);
   // True when a row is there.
   bool Step();
@@ -80,7 +77,6 @@ class Statement {
   [[nodiscard]] std::int64_t Int(int column) const;
   [[nodiscard]] double Real(int column) const;
   [[nodiscard]] std::string_view Text(int column) const;
-  [[nodiscard]] std::span<const std::byte> Blob(int column) const;
   [[nodiscard]] bool IsNull(int column) const;
   [[nodiscard]] int Type(int column) const;  // SQLITE_INTEGER, SQLITE_FLOAT, ...
   // 0 for a statement that gives no rows.
@@ -98,22 +94,5 @@ void RequireTable(Database& database, std::string_view name);
 
 // The value of a pragma, 0 when it has none.
 std::int64_t Pragma(Database& database, std::string_view name);
-
-// One blob, read in pieces into the caller's memory; it is never in memory as a whole.
-class BlobReader {
- public:
-  BlobReader(Database& database, const char* table, const char* column, std::int64_t row);
-  BlobReader(const BlobReader&) = delete;
-  BlobReader& operator=(const BlobReader&) = delete;
-  ~BlobReader();
-
-  [[nodiscard]] std::size_t Size() const;
-  // Fills `bytes` from the blob's byte `offset` on.
-  void Read(std::size_t offset, std::span<std::byte> bytes) const;
-
- private:
-  Database* database_;
-  sqlite3_blob* blob_ = nullptr;
-};
 
 }  // namespace host

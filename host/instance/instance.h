@@ -1,5 +1,5 @@
-// An instance: one model and, after the solve, its solution, in one SQLite database.
-// docs/host-files.md describes the tables.
+// An instance: one model and, after the solve, its solution, in a SQLite database with a file of
+// arrays beside it. docs/host-files.md describes both.
 #pragma once
 
 #include <cstdint>
@@ -13,14 +13,15 @@
 
 namespace host {
 
-// The limits of what one blob holds, with room to spare below SQLite's 1e9 bytes.
 inline constexpr std::int32_t kMaxElements = 100'000'000;  // rows; columns
-inline constexpr std::int64_t kMaxArrayBytes = 999'000'000;
 
 // Writes a new instance; an older file of that name is replaced. A dictionary without symbols means
 // that the instance has no dictionary. Throws FileError when the model is inconsistent (the message
 // says where) or the file can't be written; no half-written file stays behind.
 void WriteInstance(const Model& model, const std::filesystem::path& file);
+
+// Removes what WriteInstance writes, as far as it can be.
+void RemoveInstance(const std::filesystem::path& file) noexcept;
 
 // The solution of all rows or of all columns, in their order.
 struct SolutionPart {
@@ -39,7 +40,8 @@ struct Solution {
   SolutionPart columns;
 };
 
-// Stores the solution in one transaction; an older one is replaced. Throws FileError.
+// Stores the solution; an older one is replaced. It counts from when all of it is there. Throws
+// FileError.
 void WriteSolution(const Solution& solution, const std::filesystem::path& instance);
 
 // Empty when the instance holds no solution. Throws FileError when it can't be read or is damaged.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "instance/instance.h"
 
@@ -52,8 +53,21 @@ void CheckBounds(double lower, double upper) {
   Require(!std::isnan(lower) && !std::isnan(upper), "a bound is not a number");
 }
 
+std::size_t FirstNotFinite(std::span<const double> values) {
+  // A value that is not finite times zero is undefined, and so is then the sum; four sums, so that
+  // one addition need not wait for the one before.
+  double sums[4] = {};
+  std::size_t i = 0;
+  for (; i + 4 <= values.size(); i += 4) {
+    for (std::size_t k = 0; k < 4; ++k) sums[k] += values[i + k] * 0.0;
+  }
+  for (; i < values.size(); ++i) sums[0] += values[i] * 0.0;
+  if (!std::isnan(sums[0] + sums[1] + sums[2] + sums[3])) return values.size();
+  return static_cast<std::size_t>(std::ranges::find_if_not(values, IsFinite) - values.begin());
+}
+
 void CheckValues(std::span<const double> values) {
-  Require(std::all_of(values.begin(), values.end(), IsFinite), "a value is not finite");
+  Require(FirstNotFinite(values) == values.size(), "a value is not finite");
 }
 
 void CheckColumn(double lower, double upper, std::size_t row_numbers,
@@ -68,6 +82,12 @@ void CheckName(std::string_view name) {
   if (name.size() > kMaxNameLength) {
     throw FileError("longer than " + std::to_string(kMaxNameLength) +
                     " bytes: " + std::string(name));
+  }
+}
+
+void CheckTextBytes(const std::string& kind, std::size_t bytes) {
+  if (bytes > std::numeric_limits<std::uint32_t>::max()) {
+    throw FileError("the texts of " + kind + "s take more than 4 GiB");
   }
 }
 

@@ -22,11 +22,15 @@ void CheckRowNumbers(std::span<const std::int32_t> rows, std::int32_t row_count)
 // Bounds that are numbers or infinite, one finite value per row number.
 void CheckColumn(double lower, double upper, std::size_t row_numbers,
                  std::span<const double> values);
-// The two parts of it: bounds that are numbers or infinite, finite values.
+// Its parts: bounds that are numbers or infinite, finite values.
 void CheckBounds(double lower, double upper);
 void CheckValues(std::span<const double> values);
+// The number of the first value that is not finite; values.size() when all are.
+std::size_t FirstNotFinite(std::span<const double> values);
 // Not empty, at most 63 bytes.
 void CheckName(std::string_view name);
+// Texts of one kind may be 4 GiB in all.
+void CheckTextBytes(const std::string& kind, std::size_t bytes);
 // One symbol and at most 20 labels per element, all of them in the dictionary.
 void CheckNames(const ElementNames& names, std::size_t elements, std::size_t symbols,
                 std::size_t labels);

@@ -1,18 +1,19 @@
-// Reading an instance for a solve. Everything but the matrix's values is kept in memory; the values
-// are read column by column, so that the reader never holds the matrix.
+// Reading an instance for a solve. Everything but the matrix is kept in memory; the matrix is read
+// in pieces, so that the reader never holds a whole column.
 #pragma once
 
 #include <atomic>
 #include <cstdint>
 #include <filesystem>
-#include <future>
-#include <memory>
+#include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "base/database.h"
 #include "base/text_file.h"
+#include "instance/instance_tables.h"
 #include "instance/model.h"
 
 namespace host {
@@ -20,24 +21,25 @@ namespace host {
 // Many short texts in one buffer.
 class TextTable {
  public:
+  TextTable() = default;
+  // `sizes` are those of the texts in `bytes`, which stand one after another: at most 4 GiB.
+  TextTable(std::span<const std::uint8_t> sizes, std::vector<char> bytes);
+
   [[nodiscard]] std::size_t size() const { return starts_.size() - 1; }
   [[nodiscard]] std::string_view operator[](std::size_t i) const {
-    return std::string_view(bytes_).substr(starts_[i], starts_[i + 1] - starts_[i]);
-  }
-  void Append(std::string_view text) {
-    bytes_ += text;
-    starts_.push_back(bytes_.size());
+    return {bytes_.data() + starts_[i], starts_[i + 1] - starts_[i]};
   }
 
  private:
-  std::string bytes_;
-  std::vector<std::size_t> starts_{0};
+  std::vector<char> bytes_;
+  std::vector<std::uint32_t> starts_{0};
 };
 
 struct ColumnHead {
   double lower = 0.0;
   double upper = 0.0;
-  std::int32_t pattern = 0;  // number of its row-number list
+  std::int64_t first_value = 0;  // where its values stand among those of all columns
+  std::int32_t pattern = 0;      // number of its row-number list
   std::int32_t entries = 0;
   bool in_objective_row = false;
 };
@@ -58,10 +60,23 @@ struct InstanceData {
   ElementNames column_names;
 };
 
-// The entries of one column: values[i] stands in row rows[i].
-struct ColumnEntries {
-  std::shared_ptr<const std::vector<std::int32_t>> rows;
+// Some entries of one column, from number `begin` on.
+struct ColumnPiece {
+  std::int32_t column = -1;
+  std::size_t entries = 0;  // of the column
+  std::size_t begin = 0;
   std::vector<double> values;
+  std::int32_t first_row = 0;      // the rows follow each other from here,
+  std::vector<std::int32_t> rows;  // unless they are listed
+
+  [[nodiscard]] bool Holds(std::int32_t number, std::size_t entry) const {
+    return number == column && entry - begin < values.size();
+  }
+  [[nodiscard]] double Value(std::size_t entry) const { return values[entry - begin]; }
+  [[nodiscard]] std::int32_t Row(std::size_t entry) const {
+    const std::size_t i = entry - begin;
+    return rows.empty() ? first_row + static_cast<std::int32_t>(i) : rows[i];
+  }
 };
 
 class InstanceReader {
@@ -69,43 +84,37 @@ class InstanceReader {
   // Opens the instance and reads all of it once, the matrix included: after this, whatever an
   // instance states has been checked. Throws FileError that names the file and the fault.
   explicit InstanceReader(const std::filesystem::path& file);
-  InstanceReader(const InstanceReader&) = delete;
-  InstanceReader& operator=(const InstanceReader&) = delete;
 
   [[nodiscard]] const InstanceData& Data() const { return data_; }
-  // Reads a column's entries; the memory of `entries` is used again. Throws FileError when the
-  // file has changed since it was opened. A large column that follows is read meanwhile by a
-  // thread.
-  void ReadColumn(std::int32_t column, ColumnEntries& entries);
-  // Gives back what has been read ahead, and lets go of the file's lock.
-  void ReleaseAhead();
+  // Reads entries of a column from number `entry` on, which there must be. What is read is checked
+  // again: throws FileError when the file has changed since it was opened or can't be read.
+  void ReadPiece(std::int32_t column, std::size_t entry, ColumnPiece& piece);
 
  private:
-  void ReadHead();
-  void ReadPatterns();
-  void ReadColumns();
-  std::future<void> StartHelper(std::atomic<std::size_t>& next) const;
-  void CheckLargeColumns(Database& database, std::atomic<std::size_t>& next) const;
-  void ReadDictionary();
-  std::shared_ptr<const std::vector<std::int32_t>> ReadPattern(std::int32_t pattern);
-  void ReadValues(Database& database, std::int32_t column, std::vector<double>& values) const;
-  void StartAhead(std::int32_t column);
+  // The row numbers of columns that have entries in the same rows.
+  struct Pattern {
+    std::int32_t size;
+    std::int32_t first_row;   // kListed: they are listed
+    std::int64_t first_list;  // where the list begins
+  };
+
+  void ReadHead(Database& database, ArrayTableReader& arrays);
+  void ReadDictionary(ArrayTableReader& arrays);
+  void ReadPatterns(ArrayTableReader& arrays);
+  void ReadColumns(ArrayTableReader& arrays);
+  void CheckValuesFrom(ArrayReader& file, std::atomic<std::int64_t>& next) const;
+  void CheckAllValues(ArrayTableReader& arrays, std::int64_t stamp);
 
   std::filesystem::path file_;
   std::string name_;  // of the file, for messages
-  Database database_;
   InstanceData data_;
   std::int64_t column_count_ = 0;
-  std::vector<std::int32_t> pattern_sizes_;
+  std::vector<Pattern> patterns_;
   std::vector<bool> pattern_in_objective_row_;
-  // The list read last: neighbouring columns mostly share it.
-  std::int32_t last_pattern_ = -1;
-  std::weak_ptr<const std::vector<std::int32_t>> last_rows_;
-  // The column that a thread reads, with a connection of its own.
-  std::int32_t ahead_column_ = -1;
-  std::vector<double> ahead_values_;
-  Database ahead_database_;
-  std::future<void> ahead_;  // last: its end waits for the thread, which uses the others
+  std::int64_t value_count_ = 0;
+  std::int64_t value_offset_ = 0;
+  std::int64_t list_offset_ = 0;
+  std::optional<ArrayReader> arrays_;
 };
 
 }  // namespace host

@@ -1,7 +1,5 @@
 #include "instance/instance_tables.h"
 
-#include "instance/instance.h"
-
 namespace host {
 
 const char* const kInstanceTables = R"(
@@ -12,21 +10,14 @@ CREATE TABLE model(
   objective_row INTEGER NOT NULL,
   objective_column INTEGER NOT NULL,
   maximize INTEGER NOT NULL,
-  has_dictionary INTEGER NOT NULL);
-CREATE TABLE array(name TEXT PRIMARY KEY, type TEXT NOT NULL, data BLOB NOT NULL);
-CREATE TABLE pattern(id INTEGER PRIMARY KEY, data BLOB NOT NULL);
-CREATE TABLE matrix_column(
-  id INTEGER PRIMARY KEY,
-  lower REAL NOT NULL,
-  upper REAL NOT NULL,
-  pattern INTEGER NOT NULL REFERENCES pattern(id),
-  data BLOB NOT NULL);
-CREATE TABLE text_block(
-  kind TEXT NOT NULL,
-  first INTEGER NOT NULL,
-  sizes BLOB NOT NULL,
-  data BLOB NOT NULL,
-  PRIMARY KEY(kind, first));
+  has_dictionary INTEGER NOT NULL,
+  array_stamp INTEGER NOT NULL,
+  array_bytes INTEGER NOT NULL);
+CREATE TABLE array(
+  name TEXT PRIMARY KEY,
+  type TEXT NOT NULL,
+  count INTEGER NOT NULL,
+  offset INTEGER NOT NULL) WITHOUT ROWID;
 CREATE TABLE solution(model_status INTEGER NOT NULL, solve_status INTEGER NOT NULL);
 CREATE TABLE head_and_tail(code INTEGER PRIMARY KEY, value REAL);
 )";
@@ -49,35 +40,52 @@ Database OpenInstance(const std::filesystem::path& file, Database::Mode mode) {
   }
 }
 
-void CheckBlobSize(std::string_view what, std::size_t bytes) {
-  if (bytes > static_cast<std::size_t>(kMaxArrayBytes)) {
-    throw FileError("model too large: " + std::string(what) + " takes " + std::to_string(bytes) +
-                    " bytes, " + std::to_string(kMaxArrayBytes) + " are the limit");
+ArrayHead ReadArrayHead(Database& database) {
+  Statement row(database, "SELECT array_stamp, array_bytes FROM model");
+  Require(row.Step(), "no model");
+  return {row.Int(0), row.Int(1)};
+}
+
+ArrayTableWriter::ArrayTableWriter(Database& database, ArrayWriter& file)
+    : insert_(database, "INSERT OR REPLACE INTO array VALUES(?, ?, ?, ?)"), file_(file) {}
+
+void ArrayTableWriter::Begin(std::string_view name) {
+  name_ = name;
+  count_ = 0;
+  offset_ = file_.Begin();
+}
+
+void ArrayTableWriter::End() {
+  insert_.Bind(1, std::string_view(name_)).Bind(2, type_).Bind(3, count_).Bind(4, offset_).Run();
+}
+
+ArrayTableReader::ArrayTableReader(Database& database, const std::filesystem::path& instance)
+    : file_(ArrayPath(instance), ReadArrayHead(database).stamp) {
+  if (const std::int64_t bytes = ReadArrayHead(database).bytes; bytes > file_.Size()) {
+    throw FileError(Utf8(ArrayPath(instance)) + ": is cut short");
+  }
+  Statement row(database, "SELECT name, type, count, offset FROM array");
+  while (row.Step()) {
+    places_.insert_or_assign(std::string(row.Text(0)),
+                             Place{std::string(row.Text(1)), row.Int(2), row.Int(3)});
   }
 }
 
-void WriteArrayBytes(Database& database, std::string_view name, std::string_view type,
-                     std::span<const std::byte> bytes) {
-  CheckBlobSize(name, bytes.size());
-  Statement insert(database, "INSERT OR REPLACE INTO array VALUES(?, ?, ?)");
-  insert.Bind(1, name).Bind(2, type).BindBlob(3, bytes).Run();
-}
-
-void CheckArray(Statement& row, std::string_view name, std::string_view type,
-                std::size_t element_size, std::int64_t count) {
-  const std::string array = "array \"" + std::string(name) + "\"";
-  if (!row.Step()) {
-    throw FileError(array + " is missing");
-  }
-  if (row.Text(0) != type) {
-    throw FileError(array + " is not of type " + std::string(type));
-  }
-  const std::size_t bytes = row.Blob(1).size();
-  const bool right = count < 0 ? bytes % element_size == 0
-                               : bytes == static_cast<std::size_t>(count) * element_size;
-  if (!right) {
-    throw FileError(array + " has the wrong size");
-  }
+const ArrayTableReader::Place& ArrayTableReader::Find(std::string_view name, std::string_view type,
+                                                      std::int64_t count) const {
+  const auto fail = [&](const std::string& fault) {
+    throw FileError("array \"" + std::string(name) + "\" " + fault);
+  };
+  const auto found = places_.find(name);
+  if (found == places_.end()) fail("is missing");
+  const Place& place = found->second;
+  if (place.type != type) fail("is not of type " + std::string(type));
+  if (place.count < 0 || (count >= 0 && place.count != count)) fail("has the wrong size");
+  const std::int64_t size = type == "uint8" ? 1 : type == "int32" ? 4 : 8;
+  const bool inside = place.offset >= 0 && place.offset <= file_.Size() &&
+                      place.count <= (file_.Size() - place.offset) / size;
+  if (!inside) fail("reaches beyond the end of the file");
+  return place;
 }
 
 }  // namespace host

@@ -1,8 +1,9 @@
 #include <algorithm>
-#include <cmath>
+#include <random>
 #include <string>
 #include <system_error>
 #include <unordered_map>
+#include <vector>
 
 #include "instance/instance.h"
 #include "instance/instance_check.h"
@@ -12,24 +13,22 @@ namespace host {
 
 namespace {
 
-void WriteHead(Database& database, const Model& model, bool has_dictionary) {
-  Statement insert(database, "INSERT INTO model VALUES(?, ?, ?, ?, ?, ?, ?)");
+bool HasDictionary(const Model& model) {
+  return !model.dictionary.symbols.empty();
+}
+
+void WriteHead(Database& database, const Model& model, const ArrayHead& arrays) {
+  Statement insert(database, "INSERT INTO model VALUES(?, ?, ?, ?, ?, ?, ?, ?, ?)");
   insert.Bind(1, model.name)
       .Bind(2, static_cast<std::int64_t>(model.row_types.size()))
       .Bind(3, static_cast<std::int64_t>(model.columns.size()))
       .Bind(4, std::int64_t{model.objective_row})
       .Bind(5, std::int64_t{model.objective_column})
       .Bind(6, std::int64_t{model.maximize})
-      .Bind(7, std::int64_t{has_dictionary})
+      .Bind(7, std::int64_t{HasDictionary(model)})
+      .Bind(8, arrays.stamp)
+      .Bind(9, arrays.bytes)
       .Run();
-}
-
-void WriteRows(Database& database, const Model& model) {
-  std::vector<std::uint8_t> types(model.row_types.size());
-  std::transform(model.row_types.begin(), model.row_types.end(), types.begin(),
-                 [](RowType type) { return static_cast<std::uint8_t>(type); });
-  WriteArray(database, "row_type", types);
-  WriteArray(database, "row_rhs", model.rhs);
 }
 
 using RowList = std::vector<std::int32_t>;
@@ -42,13 +41,17 @@ std::size_t Hash(const RowList& rows) {
   return static_cast<std::size_t>(hash ^ (hash >> 32U));
 }
 
-// Gives every distinct list of row numbers a number, and writes it when it comes first.
-class PatternWriter {
- public:
-  PatternWriter(Database& database, std::int32_t row_count)
-      : insert_(database, "INSERT INTO pattern VALUES(?, ?)"), row_count_(row_count) {}
+// Row numbers that follow each other need no list.
+bool IsConsecutive(const RowList& rows) {
+  return rows.empty() || rows.back() - rows.front() + 1 == static_cast<std::int32_t>(rows.size());
+}
 
-  std::int64_t Number(const RowList& rows) {
+// Gives every distinct list of row numbers a number, in the order of first use.
+class Patterns {
+ public:
+  explicit Patterns(std::int32_t row_count) : row_count_(row_count) {}
+
+  std::int32_t Number(const RowList& rows) {
     const auto [known, is_new] = by_address_.try_emplace(&rows, 0);
     if (is_new) {
       known->second = NumberByContent(rows);
@@ -56,118 +59,155 @@ class PatternWriter {
     return known->second;
   }
 
+  void Write(ArrayTableWriter& arrays) const {
+    std::vector<std::int32_t> sizes;
+    std::vector<std::int32_t> starts;
+    for (const RowList* rows : lists_) {
+      sizes.push_back(static_cast<std::int32_t>(rows->size()));
+      starts.push_back(!IsConsecutive(*rows) ? kListed : rows->empty() ? 0 : rows->front());
+    }
+    arrays.Write("pattern_size", sizes);
+    arrays.Write("pattern_first_row", starts);
+    arrays.Begin("pattern_row");
+    arrays.Append(std::span<const std::int32_t>());
+    for (const RowList* rows : lists_) {
+      if (!IsConsecutive(*rows)) arrays.Append(std::span(*rows));
+    }
+    arrays.End();
+  }
+
  private:
-  std::int64_t NumberByContent(const RowList& rows) {
+  std::int32_t NumberByContent(const RowList& rows) {
     const std::size_t hash = Hash(rows);
     const auto [first, last] = by_hash_.equal_range(hash);
     for (auto candidate = first; candidate != last; ++candidate) {
-      if (*candidate->second.rows == rows) {
-        return candidate->second.number;
+      if (*lists_[static_cast<std::size_t>(candidate->second)] == rows) {
+        return candidate->second;
       }
     }
     CheckRowNumbers(rows, row_count_);
-    by_hash_.emplace(hash, Written{&rows, count_});
-    insert_.Bind(1, count_).BindBlob(2, std::as_bytes(std::span(rows))).Run();
-    return count_++;
+    const auto number = static_cast<std::int32_t>(lists_.size());
+    by_hash_.emplace(hash, number);
+    lists_.push_back(&rows);
+    return number;
   }
 
-  struct Written {
-    const RowList* rows;
-    std::int64_t number;
-  };
-  Statement insert_;
   std::int32_t row_count_;
-  std::int64_t count_ = 0;
-  std::unordered_map<const RowList*, std::int64_t> by_address_;
-  std::unordered_multimap<std::size_t, Written> by_hash_;
+  std::vector<const RowList*> lists_;
+  std::unordered_map<const RowList*, std::int32_t> by_address_;
+  std::unordered_multimap<std::size_t, std::int32_t> by_hash_;
 };
 
-void WriteColumns(Database& database, const Model& model) {
+void WriteColumns(ArrayTableWriter& arrays, const Model& model) {
   static const RowList kNoRows;
-  PatternWriter patterns(database, static_cast<std::int32_t>(model.row_types.size()));
-  Statement insert(database, "INSERT INTO matrix_column VALUES(?, ?, ?, ?, ?)");
+  Patterns patterns(static_cast<std::int32_t>(model.row_types.size()));
+  std::vector<double> lower;
+  std::vector<double> upper;
+  std::vector<std::int32_t> pattern;
+  arrays.Begin("value");
+  arrays.Append(std::span<const double>());
   for (std::size_t j = 0; j < model.columns.size(); ++j) {
     const Column& column = model.columns[j];
     const RowList& rows = column.rows == nullptr ? kNoRows : *column.rows;
     InContext("column " + std::to_string(j), [&] {
       CheckColumn(column.lower, column.upper, rows.size(), column.values);
-      insert.Bind(1, static_cast<std::int64_t>(j))
-          .Bind(2, column.lower)
-          .Bind(3, column.upper)
-          .Bind(4, patterns.Number(rows))
-          .BindBlob(5, std::as_bytes(std::span(column.values)))
-          .Run();
+      lower.push_back(column.lower);
+      upper.push_back(column.upper);
+      pattern.push_back(patterns.Number(rows));
+      arrays.Append(std::span(column.values));
     });
   }
+  arrays.End();
+  arrays.Write("column_lower", lower);
+  arrays.Write("column_upper", upper);
+  arrays.Write("column_pattern", pattern);
+  patterns.Write(arrays);
 }
 
-void WriteTexts(Database& database, std::string_view kind, const std::vector<std::string>& texts) {
-  Statement insert(database, "INSERT INTO text_block VALUES(?, ?, ?, ?)");
-  for (std::size_t first = 0; first < texts.size(); first += kTextsPerBlock) {
-    const std::size_t last = std::min(first + kTextsPerBlock, texts.size());
-    std::vector<std::uint8_t> sizes;
-    std::string joined;
-    for (std::size_t i = first; i < last; ++i) {
-      CheckName(texts[i]);
-      sizes.push_back(static_cast<std::uint8_t>(texts[i].size()));
-      joined += texts[i];
-    }
-    insert.Bind(1, kind)
-        .Bind(2, static_cast<std::int64_t>(first))
-        .BindBlob(3, std::as_bytes(std::span(sizes)))
-        .BindBlob(4, std::as_bytes(std::span(joined)))
-        .Run();
+void WriteTexts(ArrayTableWriter& arrays, const std::string& kind,
+                const std::vector<std::string>& texts) {
+  std::vector<std::uint8_t> sizes;
+  std::vector<char> joined;
+  sizes.reserve(texts.size());
+  for (const std::string& text : texts) {
+    CheckName(text);
+    sizes.push_back(static_cast<std::uint8_t>(text.size()));
+    joined.insert(joined.end(), text.begin(), text.end());
   }
+  CheckTextBytes(kind, joined.size());
+  arrays.Write(kind + "_size", sizes);
+  arrays.Write(kind + "_text", joined);
 }
 
-void WriteNames(Database& database, const std::string& kind, const ElementNames& names,
+void WriteNames(ArrayTableWriter& arrays, const std::string& kind, const ElementNames& names,
                 std::size_t count, const Dictionary& dictionary) {
   InContext("names of " + kind + "s", [&] {
     CheckNames(names, count, dictionary.symbols.size(), dictionary.labels.size());
-    WriteArray(database, kind + "_symbol", names.symbol);
-    WriteArray(database, kind + "_first_label", names.first);
-    WriteArray(database, kind + "_label", names.label);
+    arrays.Write(kind + "_symbol", names.symbol);
+    arrays.Write(kind + "_first_label", names.first);
+    arrays.Write(kind + "_label", names.label);
   });
 }
 
-void WriteAll(Database& database, const Model& model) {
+void WriteArrays(ArrayTableWriter& arrays, const Model& model) {
+  arrays.Write("row_type", model.row_types);
+  arrays.Write("row_rhs", model.rhs);
+  if (HasDictionary(model)) {
+    WriteTexts(arrays, "symbol", model.dictionary.symbols);
+    WriteTexts(arrays, "label", model.dictionary.labels);
+    WriteNames(arrays, "row", model.row_names, model.row_types.size(), model.dictionary);
+    WriteNames(arrays, "column", model.column_names, model.columns.size(), model.dictionary);
+  }
+  WriteColumns(arrays, model);
+}
+
+std::int64_t NewStamp() {
+  std::random_device random;
+  return static_cast<std::int64_t>(std::uint64_t{random()} << 32U | random());
+}
+
+void Write(const Model& model, const std::filesystem::path& file) {
   CheckShape(model.row_types, model.rhs, static_cast<std::int64_t>(model.columns.size()),
              model.objective_row, model.objective_column);
-  const bool has_dictionary = !model.dictionary.symbols.empty();
-  WriteHead(database, model, has_dictionary);
-  WriteRows(database, model);
-  WriteColumns(database, model);
-  if (has_dictionary) {
-    WriteTexts(database, "symbol", model.dictionary.symbols);
-    WriteTexts(database, "label", model.dictionary.labels);
-    WriteNames(database, "row", model.row_names, model.row_types.size(), model.dictionary);
-    WriteNames(database, "column", model.column_names, model.columns.size(), model.dictionary);
+  ArrayHead head{NewStamp(), 0};
+  ArrayWriter arrays(ArrayPath(file), head.stamp);
+  Database database(file, Database::Mode::kCreate);
+  // Nobody else sees the files before they are whole, and half-written ones are removed. The
+  // database is small: a model of any size fills a few pages.
+  database.Execute(
+      "PRAGMA page_size = 4096; PRAGMA journal_mode = OFF; PRAGMA synchronous = OFF;"
+      "PRAGMA locking_mode = EXCLUSIVE; PRAGMA application_id = " +
+      std::to_string(kApplicationId) +
+      "; PRAGMA user_version = " + std::to_string(kInstanceVersion) + "; BEGIN;");
+  database.Execute(kInstanceTables);
+  {
+    ArrayTableWriter table(database, arrays);
+    WriteArrays(table, model);
   }
+  arrays.Close();
+  head.bytes = arrays.Size();
+  WriteHead(database, model, head);
+  database.Execute("COMMIT");
+  database.Close();
 }
 
 }  // namespace
 
-void WriteInstance(const Model& model, const std::filesystem::path& file) {
+void RemoveInstance(const std::filesystem::path& file) noexcept {
   std::error_code ignored;
   std::filesystem::remove(file, ignored);
+  std::filesystem::remove(ArrayPath(file), ignored);
+}
+
+void WriteInstance(const Model& model, const std::filesystem::path& file) {
+  RemoveInstance(file);
   try {
-    Database database(file, Database::Mode::kCreate);
-    // Nobody else sees the file before it is whole, and a half-written one is removed.
-    database.Execute(
-        "PRAGMA page_size = 65536; PRAGMA journal_mode = OFF; PRAGMA synchronous = OFF;"
-        "PRAGMA locking_mode = EXCLUSIVE; PRAGMA cache_size = -16000;"
-        "PRAGMA application_id = " +
-        std::to_string(kApplicationId) +
-        "; PRAGMA user_version = " + std::to_string(kInstanceVersion) + "; BEGIN;");
-    database.Execute(kInstanceTables);
-    WriteAll(database, model);
-    database.Execute("COMMIT");
-    database.Close();
+    Write(model, file);
   } catch (const std::exception& error) {
-    std::filesystem::remove(file, ignored);
+    RemoveInstance(file);
     const std::string name = Utf8(file);
     const std::string text = error.what();
-    throw FileError(text.starts_with(name) ? text : name + ": " + text);
+    throw FileError(text.find(name) != std::string::npos ? text : name + ": " + text);
   }
 }
 

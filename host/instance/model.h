@@ -16,7 +16,7 @@ inline constexpr double kInfinity = std::numeric_limits<double>::infinity();
 inline constexpr std::size_t kMaxNameLength = 63;  // of a symbol or a label, in bytes
 inline constexpr int kMaxLabels = 20;
 
-enum class RowType : std::int32_t { kEqual = 0, kGreater = 1, kLess = 2, kFree = 3 };
+enum class RowType : std::uint8_t { kEqual = 0, kGreater = 1, kLess = 2, kFree = 3 };
 
 // Every distinct symbol name and label of the model once.
 struct Dictionary {

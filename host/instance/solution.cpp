@@ -22,25 +22,27 @@ Counts ReadCounts(Database& database) {
   return {row.Int(0), row.Int(1)};
 }
 
-void WritePart(Database& database, const std::string& kind, const SolutionPart& part,
-               std::int64_t count) {
+void CheckPart(const char* kind, const SolutionPart& part, std::int64_t count) {
   const auto elements = static_cast<std::size_t>(count);
   if (part.level.size() != elements || part.marginal.size() != elements ||
       part.basis.size() != elements || part.status.size() != elements) {
-    throw FileError("the solution does not have one record per " + kind);
+    throw FileError(std::string("the solution does not have one record per ") + kind);
   }
-  WriteArray(database, kind + "_level", part.level);
-  WriteArray(database, kind + "_marginal", part.marginal);
-  WriteArray(database, kind + "_basis", part.basis);
-  WriteArray(database, kind + "_status", part.status);
 }
 
-SolutionPart ReadPart(Database& database, const std::string& kind, std::int64_t count) {
+void WritePart(ArrayTableWriter& arrays, const std::string& kind, const SolutionPart& part) {
+  arrays.Write(kind + "_level", part.level);
+  arrays.Write(kind + "_marginal", part.marginal);
+  arrays.Write(kind + "_basis", part.basis);
+  arrays.Write(kind + "_status", part.status);
+}
+
+SolutionPart ReadPart(ArrayTableReader& arrays, const std::string& kind, std::int64_t count) {
   SolutionPart part;
-  part.level = ReadArray<double>(database, kind + "_level", count);
-  part.marginal = ReadArray<double>(database, kind + "_marginal", count);
-  part.basis = ReadArray<std::int32_t>(database, kind + "_basis", count);
-  part.status = ReadArray<std::int32_t>(database, kind + "_status", count);
+  part.level = arrays.Read<double>(kind + "_level", count);
+  part.marginal = arrays.Read<double>(kind + "_marginal", count);
+  part.basis = arrays.Read<std::int32_t>(kind + "_basis", count);
+  part.status = arrays.Read<std::int32_t>(kind + "_status", count);
   return part;
 }
 
@@ -68,12 +70,23 @@ void WithInstance(const std::filesystem::path& file, Database::Mode mode, Step s
 
 void WriteSolution(const Solution& solution, const std::filesystem::path& instance) {
   WithInstance(instance, Database::Mode::kReadWrite, [&](Database& database) {
-    // An interrupted process leaves a journal behind that takes the transaction back; the
-    // machine's own end may lose the whole solve anyway.
-    database.Execute("PRAGMA synchronous = OFF; BEGIN IMMEDIATE; DELETE FROM solution;");
     const Counts counts = ReadCounts(database);
-    WritePart(database, "row", solution.rows, counts.rows);
-    WritePart(database, "column", solution.columns, counts.columns);
+    CheckPart("row", solution.rows, counts.rows);
+    CheckPart("column", solution.columns, counts.columns);
+    const ArrayHead head = ReadArrayHead(database);
+    ArrayReader check(ArrayPath(instance), head.stamp);
+    if (check.Size() < head.bytes) throw FileError("the file of arrays is cut short");
+    // An interrupted process leaves a journal behind that takes a transaction back; the machine's
+    // own end may lose the whole solve anyway. No solution counts while its arrays are being
+    // written.
+    database.Execute("PRAGMA synchronous = OFF; DELETE FROM solution; BEGIN IMMEDIATE;");
+    ArrayWriter file = ArrayWriter::Behind(ArrayPath(instance), head.bytes);
+    {
+      ArrayTableWriter arrays(database, file);
+      WritePart(arrays, "row", solution.rows);
+      WritePart(arrays, "column", solution.columns);
+    }
+    file.Close();
     WriteHeadAndTail(database, solution.head_and_tail);
     Statement insert(database, "INSERT INTO solution VALUES(?, ?)");
     insert.Bind(1, std::int64_t{solution.model_status})
@@ -94,8 +107,9 @@ std::optional<Solution> ReadSolution(const std::filesystem::path& instance) {
     solution.model_status = static_cast<std::int32_t>(head.Int(0));
     solution.solve_status = static_cast<std::int32_t>(head.Int(1));
     const Counts counts = ReadCounts(database);
-    solution.rows = ReadPart(database, "row", counts.rows);
-    solution.columns = ReadPart(database, "column", counts.columns);
+    ArrayTableReader arrays(database, instance);
+    solution.rows = ReadPart(arrays, "row", counts.rows);
+    solution.columns = ReadPart(arrays, "column", counts.columns);
     Statement value(database, "SELECT code, value FROM head_and_tail");
     while (value.Step()) {
       solution.head_and_tail[static_cast<std::int32_t>(value.Int(0))] =

@@ -105,6 +105,16 @@ void Environment::EndBlock() {
   status_.flush();
 }
 
+void Environment::LastLine(std::string_view line) noexcept {
+  if (!initialized_) {
+    std::fprintf(stderr, "kervdclib64: %.*s\n", static_cast<int>(line.size()), line.data());
+    return;
+  }
+  if (line_begun_) status_ << '\n';
+  status_ << line << '\n' << std::flush;
+  Log(line);
+}
+
 double Environment::TimeDiff() {
   const Clock::time_point now = Clock::now();
   return std::chrono::duration<double>(now - std::exchange(last_difference_, now)).count();

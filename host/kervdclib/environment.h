@@ -37,6 +37,10 @@ class Environment {
   void BeginBlock() { in_block_ = true; }
   void EndBlock();
 
+  // A line to the status file and the log before the process ends; without files, to standard
+  // error. Allocates nothing.
+  void LastLine(std::string_view line) noexcept;
+
   // Seconds since the last call; the first time, since the environment was made.
   double TimeDiff();
   // Sees the calls of the model object as well; the timing file takes what it makes of them.

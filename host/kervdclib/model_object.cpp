@@ -13,11 +13,15 @@ void Put(SolutionPart& part, std::size_t i, double level, double marginal, int b
   part.status[i] = status;
 }
 
+// Makes room once, and for all members or none.
 void Size(SolutionPart& part, std::size_t count) {
-  part.level.resize(count);
-  part.marginal.resize(count);
-  part.basis.resize(count);
-  part.status.resize(count);
+  if (!part.level.empty()) return;
+  SolutionPart sized;
+  sized.level.resize(count);
+  sized.marginal.resize(count);
+  sized.basis.resize(count);
+  sized.status.resize(count);
+  part = std::move(sized);
 }
 
 }  // namespace
@@ -46,50 +50,22 @@ void ModelObject::See(CallGroup group) {
   if (environment_ != nullptr) environment_->Steps().See(group);
 }
 
-bool ModelObject::OpenColumn(std::int32_t column) {
+bool ModelObject::OpenPiece(std::int32_t column, std::size_t entry) {
   const InstanceData* data = Data();
-  if (failed_ || data == nullptr || column < 0 ||
-      column >= static_cast<std::int32_t>(data->columns.size())) {
+  if (data == nullptr || column < 0 || static_cast<std::size_t>(column) >= data->columns.size()) {
     return false;
   }
-  column_ = -1;
-  size_ = 0;
-  try {
-    reader_->ReadColumn(column, entries_);
-  } catch (const std::exception& error) {
-    failed_ = true;
-    Tell(std::string("*** ") + error.what());
-    return false;
-  }
-  column_ = column;
-  size_ = entries_.values.size();
+  const std::int32_t entries = data->columns[static_cast<std::size_t>(column)].entries;
+  if (entry >= static_cast<std::size_t>(entries)) return false;
+  reader_->ReadPiece(column, entry, piece_);
   return true;
-}
-
-void ModelObject::EndColumn(std::int32_t column) {
-  See(CallGroup::kColumns);
-  // The memory serves the next column; the objective variable's is the one nobody asks for.
-  const auto last = static_cast<std::int32_t>(Data()->columns.size()) - 1;
-  if (column == (Data()->objective_column == last ? last - 1 : last)) {
-    ReleaseColumn();
-  }
-}
-
-void ModelObject::ReleaseColumn() {
-  column_ = -1;
-  size_ = 0;
-  entries_ = {};
-  if (reader_) reader_->ReleaseAhead();
 }
 
 bool ModelObject::SetRow(std::int32_t row, double level, double marginal, int basis, int status) {
   if (Data() == nullptr || row < 0 || static_cast<std::size_t>(row) >= Data()->rhs.size()) {
     return false;
   }
-  if (solution.rows.level.empty()) {
-    ReleaseColumn();
-    Size(solution.rows, Data()->rhs.size());
-  }
+  Size(solution.rows, Data()->rhs.size());
   Put(solution.rows, static_cast<std::size_t>(row), level, marginal, basis, status);
   return true;
 }
@@ -100,9 +76,7 @@ bool ModelObject::SetColumn(std::int32_t column, double level, double marginal, 
       static_cast<std::size_t>(column) >= Data()->columns.size()) {
     return false;
   }
-  if (solution.columns.level.empty()) {
-    Size(solution.columns, Data()->columns.size());
-  }
+  Size(solution.columns, Data()->columns.size());
   Put(solution.columns, static_cast<std::size_t>(column), level, marginal, basis, status);
   return true;
 }
@@ -111,10 +85,6 @@ void ModelObject::WriteOut() {
   if (Data() == nullptr) {
     throw FileError("no model is loaded");
   }
-  if (failed_) {
-    throw FileError("the instance could not be read to its end; no solution is stored");
-  }
-  ReleaseColumn();
   Size(solution.rows, Data()->rhs.size());
   Size(solution.columns, Data()->columns.size());
   WriteSolution(solution, environment_->Control().instance);
@@ -125,6 +95,10 @@ void ModelObject::Tell(const std::string& text) {
     environment_->StatOwnLine(text);
     environment_->Log(text);
   }
+}
+
+void ModelObject::LastLine(std::string_view line) noexcept {
+  if (environment_ != nullptr) environment_->LastLine(line);
 }
 
 }  // namespace host

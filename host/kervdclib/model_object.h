@@ -6,6 +6,7 @@
 #include <limits>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "instance/instance.h"
 #include "instance/instance_reader.h"
@@ -30,26 +31,22 @@ class ModelObject {
   [[nodiscard]] Environment* GetEnvironment() const { return environment_.get(); }
 
   // One entry of a column and then the next: `cursor` is null before the first and after the last.
-  // Only the column at hand is in memory. Numbers are zero-based here.
+  // A number that is none of a column gives kNoEntry. Numbers are zero-based here.
   struct Entry {
     double value;
     std::int32_t row;
   };
   Entry NextEntry(std::int32_t column, void** cursor) {
-    if (column != column_ && !OpenColumn(column)) {
-      *cursor = nullptr;
-      return failed_entry_;
-    }
     // The cursor is the number of entries handed out, so that it outlives a change of column.
     const auto at = reinterpret_cast<std::uintptr_t>(*cursor);
-    if (at >= size_) {
+    if (!piece_.Holds(column, at) && !OpenPiece(column, at)) {
       *cursor = nullptr;
-      return failed_entry_;
+      return kNoEntry;
     }
-    const Entry entry{entries_.values[at], (*entries_.rows)[at]};
-    if (at + 1 == size_) {
+    const Entry entry{piece_.Value(at), piece_.Row(at)};
+    if (at + 1 == piece_.entries) {
       *cursor = nullptr;
-      EndColumn(column);
+      See(CallGroup::kColumns);
     } else {
       *cursor = reinterpret_cast<void*>(at + 1);  // NOLINT(performance-no-int-to-ptr)
     }
@@ -64,6 +61,8 @@ class ModelObject {
 
   // Writes a message to the status file and the log.
   void Tell(const std::string& text);
+  // The same before the process ends; allocates nothing.
+  void LastLine(std::string_view line) noexcept;
   // Tells the environment's observer of a call.
   void See(CallGroup group);
 
@@ -74,19 +73,13 @@ class ModelObject {
   DictionaryObject dictionary;
 
  private:
-  bool OpenColumn(std::int32_t column);
-  void EndColumn(std::int32_t column);
-  void ReleaseColumn();
+  static constexpr Entry kNoEntry{std::numeric_limits<double>::quiet_NaN(), 0};
+
+  bool OpenPiece(std::int32_t column, std::size_t entry);
 
   EnvironmentObject environment_;
   std::optional<InstanceReader> reader_;
-  std::int32_t column_ = -1;  // the one whose entries are in memory
-  std::size_t size_ = 0;
-  ColumnEntries entries_;
-  // What is given when the instance can't be read any more: it spoils every result, and no solution
-  // is stored.
-  Entry failed_entry_{std::numeric_limits<double>::quiet_NaN(), 0};
-  bool failed_ = false;
+  ColumnPiece piece_;
 };
 
 }  // namespace host

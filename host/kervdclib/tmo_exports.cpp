@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <string>
 
+#include "base/end_process.h"
 #include "base/short_string.h"
 #include "kervdclib/exports.h"
 #include "kervdclib/model_object.h"
@@ -42,6 +43,14 @@ double Bound(const ModelObject& model, double bound) {
   if (bound == host::kInfinity) return model.plus_infinity;
   if (bound == -host::kInfinity) return model.minus_infinity;
   return bound;
+}
+
+// Runs `body`; a failure ends the process with a line in the environment's files.
+template <class Body>
+auto With(void* handle, Body body) noexcept {
+  ModelObject& model = Of(handle);
+  return host::OrEnd([&] { return body(model); },
+                     [&](std::string_view line) { model.LastLine(line); });
 }
 
 // Runs `body`; a failure's text goes into `message`. Gives the function's result.
@@ -95,9 +104,9 @@ int tmoOptFile(void* handle) {
 
 void tmoNameOptFile(void* handle, char* name) {
   host::ToShortString("", name);
-  Guarded([&] {
+  With(handle, [&](const ModelObject& model) {
     if (tmoOptFile(handle) != 0) {
-      host::ToShortString(host::Utf8(Of(handle).GetEnvironment()->Control().option_file), name);
+      host::ToShortString(host::Utf8(model.GetEnvironment()->Control().option_file), name);
     }
   });
 }
@@ -111,20 +120,20 @@ int tmoDictionary(void* handle) {
 }
 
 void tmoIndexBaseSet(void* handle, int base) {
-  Guarded([&] {
+  With(handle, [&](ModelObject& model) {
     if (base == 0 || base == 1) {
-      Of(handle).index_base = base;
+      model.index_base = base;
     } else {
-      Of(handle).Tell("*** index base " + std::to_string(base) + " is neither 0 nor 1");
+      model.Tell("*** index base " + std::to_string(base) + " is neither 0 nor 1");
     }
   });
 }
 
 void tmoObjStyleSet(void* handle, int style) {
-  Guarded([&] {
+  With(handle, [&](ModelObject& model) {
     // The objective row and variable are always part of the model here.
     if (style != 0) {
-      Of(handle).Tell("*** objective style " + std::to_string(style) + " is not offered, only 0");
+      model.Tell("*** objective style " + std::to_string(style) + " is not offered, only 0");
     }
   });
 }
@@ -158,7 +167,7 @@ int tmoObjRow(void* handle) {
 int tmoGetColStat(void* handle, int column, int* entries, int* quadratic, int* nonlinear,
                   int* objective) {
   *entries = *quadratic = *nonlinear = *objective = 0;
-  Guarded([&] { Of(handle).See(host::CallGroup::kColumns); });
+  With(handle, [](ModelObject& model) { model.See(host::CallGroup::kColumns); });
   const host::ColumnHead* head = ColumnOf(handle, column);
   if (head == nullptr) {
     return 1;
@@ -170,11 +179,12 @@ int tmoGetColStat(void* handle, int column, int* entries, int* quadratic, int* n
 
 void tmoGetColJacInfoOne(void* handle, int column, void** cursor, double* value, int* row,
                          int* nonlinear) {
-  ModelObject& model = Of(handle);
-  const ModelObject::Entry entry = model.NextEntry(ZeroBased(model, column), cursor);
-  *value = entry.value;
-  *row = entry.row + model.index_base;
-  *nonlinear = 0;
+  With(handle, [&](ModelObject& model) {
+    const ModelObject::Entry entry = model.NextEntry(ZeroBased(model, column), cursor);
+    *value = entry.value;
+    *row = entry.row + model.index_base;
+    *nonlinear = 0;
+  });
 }
 
 double tmoGetRhsOne(void* handle, int row) {
@@ -200,29 +210,27 @@ double tmoGetVarUpperOne(void* handle, int column) {
 }
 
 void tmoSetHeadnTail(void* handle, int code, double value) {
-  Guarded([&] { Of(handle).solution.head_and_tail[code] = value; });
+  With(handle, [&](ModelObject& model) { model.solution.head_and_tail[code] = value; });
 }
 
 int tmoSetSolutionVarRec(void* handle, int column, double level, double marginal, int basis,
                          int status) {
-  return Guarded(1, [&] {
-    ModelObject& model = Of(handle);
+  return With(handle, [&](ModelObject& model) {
     return model.SetColumn(ZeroBased(model, column), level, marginal, basis, status) ? 0 : 1;
   });
 }
 
 int tmoSetSolutionEquRec(void* handle, int row, double level, double marginal, int basis,
                          int status) {
-  return Guarded(1, [&] {
-    ModelObject& model = Of(handle);
+  return With(handle, [&](ModelObject& model) {
     return model.SetRow(ZeroBased(model, row), level, marginal, basis, status) ? 0 : 1;
   });
 }
 
 void tmoModelStatSet(void* handle, int status) {
-  Guarded([&] {
-    Of(handle).solution.model_status = status;
-    Of(handle).See(host::CallGroup::kSolution);
+  With(handle, [&](ModelObject& model) {
+    model.solution.model_status = status;
+    model.See(host::CallGroup::kSolution);
   });
 }
 
@@ -231,12 +239,12 @@ void tmoSolveStatSet(void* handle, int status) {
 }
 
 int tmoUnloadSolutionLegacy(void* handle) {
-  return Guarded(1, [&] {
+  return With(handle, [](ModelObject& model) {
     try {
-      Of(handle).WriteOut();
+      model.WriteOut();
       return 0;
-    } catch (const std::exception& error) {
-      Of(handle).Tell(std::string("*** ") + error.what());
+    } catch (const host::FileError& error) {
+      model.Tell(std::string("*** ") + error.what());
       return 1;
     }
   });

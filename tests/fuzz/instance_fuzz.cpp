@@ -1,8 +1,10 @@
-// Instances: a good one with cells overwritten. The input is a list of changes, each a byte for the
-// table, one for the column, one for the row, one for the type of the value and one for its length,
-// then the value.
+// Instances: a good one with cells or bytes overwritten. The input is a list of changes, each a
+// byte for the table, one for the column, one for the row, one for the type of the value and one
+// for its length, then the value; for the file of arrays two bytes for the place, one for the
+// length, then the bytes.
 #include <array>
 #include <cstring>
+#include <fstream>
 #include <memory>
 
 #include "base/database.h"
@@ -12,8 +14,7 @@
 
 namespace {
 
-constexpr std::array kTables{"model",      "array",    "pattern",      "matrix_column",
-                             "text_block", "solution", "head_and_tail"};
+constexpr std::array kTables{"model", "array", "solution", "head_and_tail"};
 
 // y = b1 x + b2 z over three observations, solved.
 host::Model SmallModel() {
@@ -53,10 +54,7 @@ struct GoodFile {
   }
   GoodFile(const GoodFile&) = delete;
   GoodFile& operator=(const GoodFile&) = delete;
-  ~GoodFile() {
-    std::error_code ignored;
-    std::filesystem::remove(path, ignored);
-  }
+  ~GoodFile() { host::RemoveInstance(path); }
   const std::filesystem::path path = fuzz::ScratchFile("good.db");
 };
 
@@ -72,7 +70,7 @@ void BindValue(host::Statement& update, fuzz::Input& input) {
   std::memcpy(&number, bytes.data(), std::min(bytes.size(), sizeof number));
   double real = 0.0;
   std::memcpy(&real, &number, sizeof real);
-  switch (type % 5) {
+  switch (type % 4) {
     case 0:
       update.Bind(1, number);
       break;
@@ -82,18 +80,27 @@ void BindValue(host::Statement& update, fuzz::Input& input) {
     case 2:
       update.Bind(1, bytes);
       break;
-    case 3:
-      update.BindBlob(1, {reinterpret_cast<const std::byte*>(bytes.data()), bytes.size()});
-      break;
     default:
       update.BindNull(1);
   }
   update.Run();
 }
 
+void ChangeArrays(const std::filesystem::path& file, fuzz::Input& input) {
+  std::fstream arrays(host::ArrayPath(file), std::ios::in | std::ios::out | std::ios::binary);
+  const unsigned place = input.Byte() * 256U + input.Byte();
+  const std::string_view bytes = input.Text(input.Byte());
+  if (place + bytes.size() > std::filesystem::file_size(host::ArrayPath(file))) {
+    std::filesystem::resize_file(host::ArrayPath(file), place);
+    return;
+  }
+  arrays.seekp(place);
+  arrays.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+}
+
 // Deletes the row instead when the column's number is odd and there is no such column.
-void Change(host::Database& database, fuzz::Input& input) {
-  const std::string table = kTables[input.Byte() % kTables.size()];
+void Change(host::Database& database, std::string_view table_name, fuzz::Input& input) {
+  const std::string table(table_name);
   const int column = input.Byte();
   const std::string row = " where rowid = (select rowid from " + table + " limit 1 offset " +
                           std::to_string(input.Byte() % 16) + ")";
@@ -114,7 +121,12 @@ void Damage(const std::filesystem::path& file, fuzz::Input& input) {
   database.Execute("pragma synchronous = off; pragma journal_mode = off");
   while (!input.Rest().empty()) {
     try {
-      Change(database, input);
+      const std::size_t table = input.Byte() % (kTables.size() + 1);
+      if (table == kTables.size()) {
+        ChangeArrays(file, input);
+      } else {
+        Change(database, kTables[table], input);
+      }
     } catch (const host::DatabaseError&) {  // a constraint of the table
     }
   }
@@ -124,16 +136,21 @@ void Damage(const std::filesystem::path& file, fuzz::Input& input) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::filesystem::path file = fuzz::ScratchFile("instance.db");
-  std::filesystem::copy_file(GoodInstance(), file,
-                             std::filesystem::copy_options::overwrite_existing);
+  constexpr auto kReplace = std::filesystem::copy_options::overwrite_existing;
+  std::filesystem::copy_file(GoodInstance(), file, kReplace);
+  std::filesystem::copy_file(host::ArrayPath(GoodInstance()), host::ArrayPath(file), kReplace);
   fuzz::Input input(data, size);
   Damage(file, input);
   try {
     host::InstanceReader reader(file);
-    host::ColumnEntries entries;
+    host::ColumnPiece piece;
     for (std::size_t j = 0; j < reader.Data().columns.size(); ++j) {
-      reader.ReadColumn(static_cast<std::int32_t>(j), entries);
-      fuzz::Check(entries.rows->size() == entries.values.size(), "one value per row number");
+      if (reader.Data().columns[j].entries == 0) continue;
+      reader.ReadPiece(static_cast<std::int32_t>(j), 0, piece);
+      fuzz::Check(piece.rows.empty() || piece.rows.size() == piece.values.size(),
+                  "one value per row number");
+      const std::int32_t last = piece.Row(piece.values.size() - 1);
+      fuzz::Check(static_cast<std::size_t>(last) < reader.Data().rhs.size(), "rows are rows");
     }
   } catch (const host::FileError&) {
   }
@@ -141,6 +158,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     host::ReadSolution(file);
   } catch (const host::FileError&) {
   }
-  std::filesystem::remove(file);
+  host::RemoveInstance(file);
   return 0;
 }

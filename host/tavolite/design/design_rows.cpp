@@ -2,10 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
-#include <map>
 #include <span>
-
-#include "instance/instance_tables.h"
 
 namespace host {
 
@@ -22,28 +19,51 @@ double RootMeanSquare(const std::vector<double>& values) {
 
 }  // namespace
 
+std::int32_t DesignRows::Pattern::Entry(std::int32_t row) const {
+  if (list.empty()) return std::clamp(row - first_row, 0, size);
+  return static_cast<std::int32_t>(std::ranges::lower_bound(list, row) - list.begin());
+}
+
+std::int32_t DesignRows::Pattern::Row(std::int32_t entry) const {
+  return list.empty() ? first_row + entry : list[static_cast<std::size_t>(entry)];
+}
+
 DesignRows::DesignRows(const std::filesystem::path& instance)
-    : database_(OpenInstance(instance, Database::Mode::kReadImmutable)) {
-  Statement model(database_, "SELECT row_count, objective_row, objective_column FROM model");
+    : DesignRows(OpenInstance(instance, Database::Mode::kReadImmutable), instance) {}
+
+DesignRows::DesignRows(Database database, const std::filesystem::path& instance)
+    : arrays_(database, instance) {
+  Statement model(database, "SELECT row_count, objective_row, objective_column FROM model");
   if (!model.Step()) throw FileError("no model");
   rows_ = static_cast<std::size_t>(model.Int(0) - 1);
   objective_row_ = static_cast<std::int32_t>(model.Int(1));
-  std::vector<double> responses = ReadArray<double>(database_, "row_rhs", model.Int(0));
+  std::vector<double> responses = arrays_.Read<double>("row_rhs", model.Int(0));
   responses.erase(responses.begin() + objective_row_);
   response_size_ = RootMeanSquare(responses);
+  ReadPatterns();
+  ReadColumns(model.Int(2));
+}
 
-  std::map<std::int64_t, std::shared_ptr<const std::vector<std::int32_t>>> patterns;
-  Statement pattern(database_, "SELECT id, data FROM pattern");
-  while (pattern.Step()) {
-    patterns[pattern.Int(0)] =
-        std::make_shared<std::vector<std::int32_t>>(FromBlob<std::int32_t>(pattern.Blob(1)));
+void DesignRows::ReadPatterns() {
+  const auto sizes = arrays_.Read<std::int32_t>("pattern_size", -1);
+  const auto first_rows = arrays_.Read<std::int32_t>("pattern_first_row", -1);
+  const auto listed = arrays_.Read<std::int32_t>("pattern_row", -1);
+  auto list = listed.begin();
+  for (std::size_t i = 0; i < sizes.size(); ++i) {
+    patterns_.push_back({sizes[i], first_rows[i], {}});
+    if (first_rows[i] != kListed) continue;
+    patterns_.back().list.assign(list, list + sizes[i]);
+    list += sizes[i];
   }
-  Statement column(database_, "SELECT id, pattern FROM matrix_column WHERE id <> ? ORDER BY id");
-  column.Bind(1, model.Int(2));
-  while (column.Step()) {
-    columns_.push_back(
-        {static_cast<std::int32_t>(column.Int(0)), patterns.at(column.Int(1)),
-         std::make_unique<BlobReader>(database_, "matrix_column", "data", column.Int(0))});
+}
+
+void DesignRows::ReadColumns(std::int64_t objective_column) {
+  const auto patterns = arrays_.Read<std::int32_t>("column_pattern", -1);
+  std::int64_t offset = arrays_.Find("value", ElementType<double>(), -1).offset;
+  for (std::size_t j = 0; j < patterns.size(); ++j) {
+    const auto number = static_cast<std::int32_t>(j);
+    if (number != objective_column) columns_.push_back({number, patterns[j], offset});
+    offset += patterns_[static_cast<std::size_t>(patterns[j])].size * std::int64_t{sizeof(double)};
   }
 }
 
@@ -60,19 +80,20 @@ void DesignRows::Read(std::size_t first, std::size_t count, double* target, std:
   const std::int32_t first_row = ModelRow(first);
   const std::int32_t last_row = ModelRow(first + count - 1);
   for (const Column& column : columns_) {
-    const std::vector<std::int32_t>& rows = *column.model_rows;
-    const auto begin = std::ranges::lower_bound(rows, first_row);
-    const auto end = std::upper_bound(begin, rows.end(), last_row);
+    const Pattern& pattern = patterns_[static_cast<std::size_t>(column.pattern)];
+    const std::int32_t begin = pattern.Entry(first_row);
+    const std::int32_t end = pattern.Entry(last_row + 1);
     values_.resize(static_cast<std::size_t>(end - begin));
-    column.values->Read(static_cast<std::size_t>(begin - rows.begin()) * sizeof(double),
+    arrays_.File().Read(column.offset + begin * std::int64_t{sizeof(double)},
                         std::as_writable_bytes(std::span(values_)));
     std::fill_n(target, count, 0.0);
-    for (auto row = begin; row != end; ++row) {
-      if (*row == objective_row_) continue;
-      const std::int32_t place =
-          *row - first_row - (first_row<objective_row_&& * row> objective_row_ ? 1 : 0);
+    for (std::int32_t entry = begin; entry < end; ++entry) {
+      const std::int32_t row = pattern.Row(entry);
+      if (row == objective_row_) continue;
+      const bool is_behind = first_row < objective_row_ && row > objective_row_;
       // A model states its rows with the data on the left, so that their sign is turned.
-      target[place] = -values_[static_cast<std::size_t>(row - begin)];
+      target[row - first_row - (is_behind ? 1 : 0)] =
+          -values_[static_cast<std::size_t>(entry - begin)];
     }
     target += ld;
   }

@@ -5,16 +5,15 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
-#include <memory>
 #include <vector>
 
-#include "base/database.h"
+#include "instance/instance_tables.h"
 
 namespace host {
 
 class DesignRows {
  public:
-  // Throws FileError or DatabaseError.
+  // Throws FileError or DatabaseError. The instance must be whole: it isn't checked here.
   explicit DesignRows(const std::filesystem::path& instance);
 
   // Rows without the objective row, and columns without the objective column.
@@ -29,18 +28,31 @@ class DesignRows {
   void Read(std::size_t first, std::size_t count, double* target, std::size_t ld);
 
  private:
+  // The rows of the model in which a column has values.
+  struct Pattern {
+    std::int32_t size;
+    std::int32_t first_row;
+    std::vector<std::int32_t> list;  // empty: they follow each other from `first_row` on
+    // The number of the first value at `row` or behind.
+    [[nodiscard]] std::int32_t Entry(std::int32_t row) const;
+    [[nodiscard]] std::int32_t Row(std::int32_t entry) const;
+  };
   struct Column {
     std::int32_t model_column;
-    std::shared_ptr<const std::vector<std::int32_t>> model_rows;
-    std::unique_ptr<BlobReader> values;
+    std::int32_t pattern;
+    std::int64_t offset;  // of its values in the file
   };
+  explicit DesignRows(Database database, const std::filesystem::path& instance);
+  void ReadPatterns();
+  void ReadColumns(std::int64_t objective_column);
   [[nodiscard]] std::int32_t ModelRow(std::size_t row) const;
 
-  Database database_;
+  ArrayTableReader arrays_;
   std::size_t rows_ = 0;
   std::int32_t objective_row_ = 0;
   double response_size_ = 0.0;
-  std::vector<Column> columns_;  // after the database, which they use
+  std::vector<Pattern> patterns_;
+  std::vector<Column> columns_;
   std::vector<double> values_;
 };
 

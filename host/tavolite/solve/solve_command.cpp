@@ -173,10 +173,8 @@ int Finish(Session& session, ModelNames& names, const ChildProcess::Exit& exit,
   // A large file takes its time to go.
   std::future<void> removal;
   if (!session.options.keep) {
-    removal = std::async([instance] {
-      std::error_code ignored;  // the directory's removal tries again
-      fs::remove(instance, ignored);
-    });
+    // Where it fails, the directory's removal tries again.
+    removal = std::async([instance] { RemoveInstance(instance); });
   }
   session.running->WriteInPlace(session.listing, [&](const fs::path& file) {
     WriteListing(file, session.Scratch("status.txt"), names, solution ? &*solution : nullptr);

@@ -4,9 +4,9 @@
 #include <cmath>
 
 #include "base/control_file.h"
-#include "base/database.h"
 #include "base/short_string.h"
 #include "binding/module.h"
+#include "instance/array_file.h"
 #include "instance/instance.h"
 #include "kervdclib/exports.h"
 #include "tests/host/instance/small_model.h"
@@ -255,22 +255,28 @@ TEST_F(Kervdclib, StoresTheSolution) {
   EXPECT_NE(ReadFile(control_.timing).find("\tload the instance\n"), std::string::npos);
 }
 
-TEST_F(Kervdclib, StoresNothingWhenTheInstanceIsSpoiledMeanwhile) {
+using KervdclibDeathTest = Kervdclib;
+
+// A figure that can't be had ends the process: no results can follow.
+TEST_F(KervdclibDeathTest, EndsTheProcessWhenTheInstanceIsSpoiledMeanwhile) {
   ASSERT_EQ(Load(), "");
-  host::Database(control_.instance, host::Database::Mode::kReadWrite)
-      .Execute("UPDATE matrix_column SET data = x'00' WHERE id = 1");
-  void* cursor = nullptr;
-  double value = 0.0;
-  int row = 0;
-  int nonlinear = 0;
-  CALL(tmoGetColJacInfoOne)(tmo_, 2, &cursor, &value, &row, &nonlinear);
-  EXPECT_TRUE(std::isnan(value));
-  EXPECT_EQ(row, 1);
-  EXPECT_EQ(cursor, nullptr);
-  EXPECT_NE(CALL(tmoUnloadSolutionLegacy)(tmo_), 0);
+  CALL(tevStatCon)(tev_);
+  CALL(tevStatPChar)(tev_, "a begun line");
+  std::filesystem::resize_file(host::ArrayPath(control_.instance), 100);
+  const auto read = [&] {
+    void* cursor = nullptr;
+    double value = 0.0;
+    int row = 0;
+    int nonlinear = 0;
+    CALL(tmoGetColJacInfoOne)(tmo_, 2, &cursor, &value, &row, &nonlinear);
+  };
+  EXPECT_EXIT(read(), testing::ExitedWithCode(EXIT_FAILURE), "");
+  for (const auto& file : {control_.log, control_.status_file}) {
+    const std::vector<std::string> lines = testing_support::Lines(ReadFile(file));
+    EXPECT_TRUE(lines.back().starts_with("*** ")) << lines.back();
+    EXPECT_NE(lines.back().find("column 1: can't read "), std::string::npos) << lines.back();
+  }
   EXPECT_FALSE(host::ReadSolution(control_.instance).has_value());
-  EXPECT_NE(ReadFile(control_.log).find("has changed"), std::string::npos);
-  EXPECT_NE(ReadFile(control_.status_file).find("no solution is stored"), std::string::npos);
 }
 
 TEST_F(Kervdclib, LoadsModelsWithoutNamesAndRefusesDamage) {
