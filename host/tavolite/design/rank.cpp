@@ -7,7 +7,7 @@
 #include <random>
 #include <utility>
 
-#include "tavolite/system/lapack.h"
+#include "tavolite/design/lapack.h"
 
 namespace host {
 

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <optional>
 
-#include "tavolite/system/lapack.h"
+#include "tavolite/design/lapack.h"
 
 namespace host {
 

@@ -1,7 +1,8 @@
 // The routines of LAPACK that the command calls.
 //
-// One implementation per system: lapack_posix.cpp loads the library when it is needed, since that
-// takes longer than a small solve; lapack_windows.cpp has it linked in.
+// One implementation per kind of build: lapack_linked.cpp has the library linked in;
+// lapack_loaded.cpp loads the system's when it is needed, since that takes longer than a small
+// solve.
 #pragma once
 
 #include <cstddef>

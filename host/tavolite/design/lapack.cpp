@@ -1,10 +1,15 @@
-#include "tavolite/system/lapack.h"
+#include "tavolite/design/lapack.h"
 
 #include <algorithm>
+#include <memory>
 
 namespace host {
 
 namespace {
+
+// What an optimised library takes for its buffers. Some try for ever to get them, so that it is
+// better to find out before.
+constexpr std::size_t kBuffers = std::size_t{64} << 20U;
 
 constexpr int kBestSize = -1;  // as `lwork`: work[0] receives the best size
 
@@ -15,6 +20,10 @@ int Int(std::size_t size) {
 }  // namespace
 
 Lapack::Lapack() {
+  {
+    const auto buffers = std::make_unique_for_overwrite<std::byte[]>(kBuffers);
+    [[maybe_unused]] std::byte* const volatile needed = buffers.get();  // not optimised away
+  }
   Load();
 }
 

@@ -1,18 +1,12 @@
 #include <dlfcn.h>
 
-#include <cstddef>
-#include <memory>
 #include <stdexcept>
 
-#include "tavolite/system/lapack.h"
+#include "tavolite/design/lapack.h"
 
 namespace host {
 
 namespace {
-
-// What an optimised library takes for its buffers. Some try for ever to get them, so that it is
-// better to find out before.
-constexpr std::size_t kBuffers = std::size_t{64} << 20U;
 
 template <class Function>
 Function Symbol(void* library, const char* name) {
@@ -24,10 +18,6 @@ Function Symbol(void* library, const char* name) {
 }  // namespace
 
 void Lapack::Load() {
-  {
-    const auto buffers = std::make_unique_for_overwrite<std::byte[]>(kBuffers);
-    [[maybe_unused]] std::byte* const volatile needed = buffers.get();  // not optimised away
-  }
   library_ = dlopen("liblapack.so.3", RTLD_NOW | RTLD_LOCAL);
   if (library_ == nullptr) throw std::runtime_error(dlerror());
   dgeqrf_ = Symbol<Dgeqrf>(library_, "dgeqrf_");

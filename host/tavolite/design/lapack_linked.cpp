@@ -1,4 +1,4 @@
-#include "tavolite/system/lapack.h"
+#include "tavolite/design/lapack.h"
 
 extern "C" {
 void dgeqrf_(const int* m, const int* n, double* a, const int* lda, double* tau, double* work,
