@@ -52,9 +52,18 @@ else()
   foreach(program ${programs})
     file(CREATE_LINK ../${program_directory}/${program} ${PROJECT_BINARY_DIR}/links/${program} SYMBOLIC)
     install(FILES ${PROJECT_BINARY_DIR}/links/${program} DESTINATION ${CMAKE_INSTALL_BINDIR})
-    configure_file(${PROJECT_SOURCE_DIR}/packaging/man/${program}.1.in ${PROJECT_BINARY_DIR}/man/${program}.1 @ONLY)
-    linfit_install_compressed(${PROJECT_BINARY_DIR}/man/${program}.1 ${program}.1 ${CMAKE_INSTALL_MANDIR}/man1)
+    set(page ${PROJECT_BINARY_DIR}/man/${program}.1)
+    configure_file(${PROJECT_SOURCE_DIR}/packaging/man/${program}.1.in ${page}.in @ONLY)
+    add_custom_command(OUTPUT ${page}.gz
+      COMMAND ${PROJECT_SOURCE_DIR}/packaging/man/add-options $<TARGET_FILE:tavolite> ${page}.in > ${page}
+      COMMAND gzip -9nf ${page}
+      DEPENDS tavolite ${page}.in ${PROJECT_SOURCE_DIR}/packaging/man/add-options
+      VERBATIM)
+    list(APPEND pages ${page}.gz)
   endforeach()
+  add_custom_target(man DEPENDS ${pages})
+  add_dependencies(programs man)
+  install(FILES ${pages} DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
   install(FILES ${PROJECT_SOURCE_DIR}/packaging/debian/copyright DESTINATION ${document_directory})
   linfit_install_compressed(${PROJECT_SOURCE_DIR}/packaging/debian/changelog changelog ${document_directory})
   set(CPACK_GENERATOR DEB)
