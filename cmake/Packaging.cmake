@@ -24,6 +24,10 @@ install(FILES ${PROJECT_SOURCE_DIR}/host/tptdclib/optlinfit.def DESTINATION ${pr
 install(FILES ${PROJECT_SOURCE_DIR}/README.md ${PROJECT_SOURCE_DIR}/CHANGELOG.md DESTINATION ${document_directory})
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs ${PROJECT_SOURCE_DIR}/examples DESTINATION ${document_directory})
 install(FILES ${PROJECT_SOURCE_DIR}/bench/RESULTS.md DESTINATION ${document_directory}/bench)
+# Of what the report page draws with.
+install(FILES ${PROJECT_SOURCE_DIR}/third_party/d3/LICENSE DESTINATION ${document_directory}/licences RENAME D3.txt)
+install(FILES ${PROJECT_SOURCE_DIR}/third_party/plot/LICENSE DESTINATION ${document_directory}/licences
+        RENAME Observable-Plot.txt)
 
 set(CPACK_PACKAGE_NAME linfit)
 set(CPACK_PACKAGE_VENDOR "linfit developers")
