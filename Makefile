@@ -1,12 +1,13 @@
 # The front door: every target does all that it needs, installing missing packages included.
 # `make help` lists the targets.
 PREFIX ?= /usr/local
+SECONDS ?= 60
 presets := CMakePresets.json
 install_packages := packaging/install-packages
 
 .DEFAULT_GOAL := build
-.PHONY: help demo test test-browser screenshot build windows test-windows sanitizers clang faults bench package deb zip try-packages install uninstall format \
-        check-format check-includes check-tidy clean
+.PHONY: help demo test test-browser screenshot build windows test-windows sanitizers clang faults fuzz bench package deb \
+        zip try-packages install uninstall format check-format check-includes check-tidy clean
 
 help:
 	@echo 'make build         programs, libraries and optlinfit.def in build/release/bin'
@@ -18,6 +19,7 @@ help:
 	@echo 'make test-windows  build for Windows, then run the tests under wine'
 	@echo 'make sanitizers    build with the sanitizers, then run the tests'
 	@echo 'make faults        run the programs with every call for memory and files failing once; prints a table'
+	@echo 'make fuzz          run each fuzz target for SECONDS (now $(SECONDS))'
 	@echo 'make clang         build with clang, which warns of other things than g++'
 	@echo 'make bench         run the solver beside R, Python, gretl and Octave; writes bench/RESULTS.md'
 	@echo 'make package       a Debian package and a Windows zip in build/packages; deb, zip: one of them'
@@ -74,6 +76,10 @@ faults: build
 	@LINFIT_ALL_FAULTS=1 build/release/tests/library_faults_test --gtest_brief=1
 	@build/release/tests/fault_matrix build/release/bin build/release/tests/faults_shim.so tests/chain/data $(RUNS)
 
+fuzz: build/fuzz/build.ninja
+	@cmake --build --preset fuzz
+	@tests/fuzz/run build/fuzz $(SECONDS)
+
 package: deb zip
 
 deb: build/deb/build.ninja
@@ -120,7 +126,7 @@ clean:
 # every run, which takes no time.
 build/release/build.ninja build/sanitizers/build.ninja: $(presets) | build-packages
 	cmake --preset $(notdir $(@D))
-build/clang/build.ninja build/deb/build.ninja: build/%/build.ninja: $(presets) | %-packages
+build/clang/build.ninja build/fuzz/build.ninja build/deb/build.ninja: build/%/build.ninja: $(presets) | %-packages
 	cmake --preset $*
 
 build/windows/build.ninja: $(presets) cmake/toolchain-mingw64.cmake | windows-libraries
@@ -129,11 +135,13 @@ build/windows/build.ninja: $(presets) cmake/toolchain-mingw64.cmake | windows-li
 build/windows/wine/system.reg: | wine-packages
 	packaging/wine-run wineboot --init
 
-.PHONY: build-packages clang-packages deb-packages wine-packages windows-libraries
+.PHONY: build-packages clang-packages fuzz-packages deb-packages wine-packages windows-libraries
 build-packages:
 	@$(install_packages) common libraries build
 clang-packages:
 	@$(install_packages) common libraries build clang
+fuzz-packages:
+	@$(install_packages) common libraries build fuzz
 deb-packages:
 	@$(install_packages) common libraries deb
 wine-packages:

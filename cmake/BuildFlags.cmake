@@ -27,7 +27,9 @@ if(NOT LINFIT_SANITIZE AND NOT LINFIT_FUZZ)
   target_compile_options(linfit_flags INTERFACE -fstack-protector-strong
                                                 $<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2>)
   if(WIN32)
-    target_link_options(linfit_flags INTERFACE -Wl,--dynamicbase,--high-entropy-va,--nxcompat)
+    # The functions that the stack protector and the fortified calls end in are in a library of their own there.
+    target_link_options(linfit_flags INTERFACE -fstack-protector-strong
+                                               -Wl,--dynamicbase,--high-entropy-va,--nxcompat)
   else()
     target_compile_options(linfit_flags INTERFACE -fstack-clash-protection -fcf-protection)
     target_link_options(linfit_flags INTERFACE -Wl,-z,relro,-z,now,-z,noexecstack)

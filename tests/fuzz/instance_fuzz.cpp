@@ -1,16 +1,10 @@
-// Instances: a good one with cells or bytes overwritten. The input is a list of changes, each a
-// byte for the table, one for the column, one for the row, one for the type of the value and one
-// for its length, then the value; for the file of arrays two bytes for the place, one for the
-// length, then the bytes.
+// Instances: a good one with cells, or bytes of its arrays, overwritten.
 #include <array>
-#include <cstring>
-#include <fstream>
 #include <memory>
 
-#include "base/database.h"
 #include "instance/instance.h"
 #include "instance/instance_reader.h"
-#include "tests/fuzz/fuzz_input.h"
+#include "tests/fuzz/damage.h"
 
 namespace {
 
@@ -63,75 +57,6 @@ const std::filesystem::path& GoodInstance() {
   return kFile.path;
 }
 
-void BindValue(host::Statement& update, fuzz::Input& input) {
-  const std::uint8_t type = input.Byte();
-  const std::string_view bytes = input.Text(input.Byte());
-  std::int64_t number = 0;
-  std::memcpy(&number, bytes.data(), std::min(bytes.size(), sizeof number));
-  double real = 0.0;
-  std::memcpy(&real, &number, sizeof real);
-  switch (type % 4) {
-    case 0:
-      update.Bind(1, number);
-      break;
-    case 1:
-      update.Bind(1, real);
-      break;
-    case 2:
-      update.Bind(1, bytes);
-      break;
-    default:
-      update.BindNull(1);
-  }
-  update.Run();
-}
-
-void ChangeArrays(const std::filesystem::path& file, fuzz::Input& input) {
-  std::fstream arrays(host::ArrayPath(file), std::ios::in | std::ios::out | std::ios::binary);
-  const unsigned place = input.Byte() * 256U + input.Byte();
-  const std::string_view bytes = input.Text(input.Byte());
-  if (place + bytes.size() > std::filesystem::file_size(host::ArrayPath(file))) {
-    std::filesystem::resize_file(host::ArrayPath(file), place);
-    return;
-  }
-  arrays.seekp(place);
-  arrays.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-}
-
-// Deletes the row instead when the column's number is odd and there is no such column.
-void Change(host::Database& database, std::string_view table_name, fuzz::Input& input) {
-  const std::string table(table_name);
-  const int column = input.Byte();
-  const std::string row = " where rowid = (select rowid from " + table + " limit 1 offset " +
-                          std::to_string(input.Byte() % 16) + ")";
-  const int columns = host::Statement(database, "select * from " + table).Columns();
-  if (column >= columns && column % 2 != 0) {
-    database.Execute("delete from " + table + row);
-    return;
-  }
-  const host::Statement names(database, "select * from " + table);
-  host::Statement update(database, "update or replace " + table + " set " +
-                                       std::string(names.ColumnName(column % columns)) + " = ?" +
-                                       row);
-  BindValue(update, input);
-}
-
-void Damage(const std::filesystem::path& file, fuzz::Input& input) {
-  host::Database database(file, host::Database::Mode::kReadWrite);
-  database.Execute("pragma synchronous = off; pragma journal_mode = off");
-  while (!input.Rest().empty()) {
-    try {
-      const std::size_t table = input.Byte() % (kTables.size() + 1);
-      if (table == kTables.size()) {
-        ChangeArrays(file, input);
-      } else {
-        Change(database, kTables[table], input);
-      }
-    } catch (const host::DatabaseError&) {  // a constraint of the table
-    }
-  }
-}
-
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -140,7 +65,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   std::filesystem::copy_file(GoodInstance(), file, kReplace);
   std::filesystem::copy_file(host::ArrayPath(GoodInstance()), host::ArrayPath(file), kReplace);
   fuzz::Input input(data, size);
-  Damage(file, input);
+  fuzz::DamageTables(file, kTables, input, host::ArrayPath(file));
   try {
     host::InstanceReader reader(file);
     host::ColumnPiece piece;
