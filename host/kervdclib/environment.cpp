@@ -1,7 +1,12 @@
 #include "kervdclib/environment.h"
 
+#include <cerrno>
 #include <cstdio>
+#include <new>
+#include <system_error>
 #include <utility>
+
+#include "base/left_failure.h"
 
 namespace host {
 
@@ -9,37 +14,69 @@ namespace {
 
 constexpr auto kNewFile = std::ios::binary | std::ios::trunc;
 
+int ErrorNumber() {
+  return errno == 0 ? EIO : errno;
+}
+
 std::ofstream Opened(const std::filesystem::path& file) {
   std::ofstream stream(file, kNewFile);
   if (!stream) {
-    throw FileError("can't write " + Utf8(file));
+    throw FileError("can't write " + Utf8(file) + ": " +
+                    std::generic_category().message(ErrorNumber()));
   }
   return stream;
 }
 
-void Report(const std::string& text) {
-  std::fprintf(stderr, "kervdclib64: %s\n", text.c_str());
+void Report(const char* text) {
+  std::fprintf(stderr, "kervdclib64: %s\n", text);
+}
+
+void ReportFault(const std::filesystem::path& file, int fault) {
+  const std::string name = file.empty() ? "standard output" : Utf8(file);
+  Report(("can't write " + name + ": " + std::generic_category().message(fault)).c_str());
 }
 
 }  // namespace
 
-Environment::~Environment() {
-  if (!initialized_) {
-    return;
-  }
+void Environment::Output::Flush() {
+  stream.flush();
+  if (!stream && fault == 0) fault = ErrorNumber();
+}
+
+void Environment::Output::Close() {
+  stream.close();
+  if (!stream && fault == 0) fault = ErrorNumber();
+}
+
+bool Environment::End() noexcept {
+  if (!initialized_) return true;
+  bool done = false;
   try {
-    EndLine();
-    status_.close();
-    if (!status_) {
-      Report("can't write " + Utf8(control_.status_file));
-    }
-    if (!control_.log.empty() && (log_.close(), !log_)) {
-      Report("can't write " + Utf8(control_.log));
-    }
-    if (!control_.timing.empty()) steps_.Write(control_.timing);
+    done = EndFiles();
+  } catch (const std::bad_alloc&) {
+    Report("out of memory");
   } catch (const std::exception& error) {
     Report(error.what());
   }
+  initialized_ = false;
+  return done;
+}
+
+bool Environment::EndFiles() {
+  EndLine();
+  if (const std::string reason = LeftFailure(); !reason.empty()) {
+    LastLine("*** " + reason);
+  }
+  status_.Close();
+  if (status_.fault != 0) ReportFault(control_.status_file, status_.fault);
+  if (!control_.log.empty()) {
+    log_.Close();
+  } else if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
+    log_.fault = ErrorNumber();
+  }
+  if (log_.fault != 0) ReportFault(control_.log, log_.fault);
+  if (!control_.timing.empty()) steps_.Write(control_.timing);
+  return status_.fault == 0 && log_.fault == 0;
 }
 
 void Environment::Initialize(const std::filesystem::path& control_file) {
@@ -50,11 +87,12 @@ void Environment::Initialize(const std::filesystem::path& control_file) {
   if (!std::ifstream(control_.instance, std::ios::binary)) {
     throw FileError(Utf8(control_file) + ": can't read the instance " + Utf8(control_.instance));
   }
-  status_ = Opened(control_.status_file);
+  status_.stream = Opened(control_.status_file);
   if (!control_.log.empty()) {
-    log_ = Opened(control_.log);
+    log_.stream = Opened(control_.log);
   }
   if (!control_.timing.empty()) steps_.Start();
+  LeaveFailure({});
   initialized_ = true;
 }
 
@@ -67,13 +105,14 @@ void Environment::Log(std::string_view line) {
     std::fputc('\n', stdout);
     std::fflush(stdout);
   } else {
-    log_ << line << '\n' << std::flush;
+    log_.stream << line << '\n';
+    log_.Flush();
   }
 }
 
 void Environment::FlushStatus() {
   if (!in_block_) {
-    status_.flush();
+    status_.Flush();
   }
 }
 
@@ -90,19 +129,19 @@ void Environment::StatOwnLine(std::string_view line) {
 
 void Environment::Stat(std::string_view line) {
   steps_.SeeStatusLine(line);
-  status_ << line << '\n';
+  status_.stream << line << '\n';
   line_begun_ = false;
   FlushStatus();
 }
 
 void Environment::StatPiece(std::string_view text) {
-  status_ << text;
+  status_.stream << text;
   line_begun_ = true;
 }
 
 void Environment::EndBlock() {
   in_block_ = false;
-  status_.flush();
+  status_.Flush();
 }
 
 void Environment::LastLine(std::string_view line) noexcept {
@@ -110,8 +149,9 @@ void Environment::LastLine(std::string_view line) noexcept {
     std::fprintf(stderr, "kervdclib64: %.*s\n", static_cast<int>(line.size()), line.data());
     return;
   }
-  if (line_begun_) status_ << '\n';
-  status_ << line << '\n' << std::flush;
+  if (line_begun_) status_.stream << '\n';
+  status_.stream << line << '\n';
+  status_.Flush();
   Log(line);
 }
 

@@ -18,8 +18,7 @@ class Environment {
   Environment() = default;
   Environment(const Environment&) = delete;
   Environment& operator=(const Environment&) = delete;
-  // Ends the files; a failure to write them is reported on standard error.
-  ~Environment();
+  ~Environment() { End(); }
 
   // Reads the control file and opens the log and the status file. Throws FileError.
   void Initialize(const std::filesystem::path& control_file);
@@ -37,6 +36,10 @@ class Environment {
   void BeginBlock() { in_block_ = true; }
   void EndBlock();
 
+  // Ends the files, with what another library has failed at as their last line. False when they
+  // could not be written as a whole; the reason is on standard error then.
+  bool End() noexcept;
+
   // A line to the status file and the log before the process ends; without files, to standard
   // error. Allocates nothing.
   void LastLine(std::string_view line) noexcept;
@@ -49,13 +52,22 @@ class Environment {
  private:
   using Clock = std::chrono::steady_clock;
 
+  // A file that is written, and the error number of the first failure.
+  struct Output {
+    std::ofstream stream;
+    int fault = 0;
+    void Flush();
+    void Close();
+  };
+
   void EndLine();
+  bool EndFiles();
   void FlushStatus();
 
   bool initialized_ = false;
   ControlFile control_;
-  std::ofstream log_;  // closed: standard output
-  std::ofstream status_;
+  Output log_;  // closed: standard output
+  Output status_;
   bool line_begun_ = false;
   bool in_block_ = false;
   Clock::time_point last_difference_ = Clock::now();

@@ -1,5 +1,6 @@
 // The environment's entries.
 #include <cstdio>
+#include <cstdlib>
 #include <new>
 
 #include "base/end_process.h"
@@ -57,7 +58,10 @@ void tevXCreateD(void** handle, const char* /*directory*/) {
 }
 
 void tevXFree(void** handle) {
+  const bool done = *handle == nullptr || Of(*handle).End();
   host::FreeObject<EnvironmentObject>(handle);
+  // The caller can't be told in any other way that what it has written isn't there.
+  if (!done) std::exit(EXIT_FAILURE);
 }
 
 int tevInitEnvironmentLegacy(void* handle, const char* control_file) {

@@ -1,10 +1,10 @@
 #include "tdxdclib/exports.h"
 
-#include <cstdio>
 #include <mutex>
 #include <set>
 #include <string>
 
+#include "base/left_failure.h"
 #include "base/short_string.h"
 #include "tdxdclib/results_file.h"
 #include "tdxdclib/tdx_version.h"
@@ -44,11 +44,10 @@ class LiveObjects {
 LiveObjects live_objects;
 std::string load_path;
 
-// The reason why there is no file, for whoever started the program: it may have no question for it.
-void PrintReason(const ResultsFile& object) {
-  Guarded([&] {
-    std::fprintf(stderr, "tdxdclib64: %s\n", object.ErrorText(object.LastError()).c_str());
-  });
+// The reason why there is no file, for the environment's log and status file: the program may have
+// no question for it.
+void LeaveReason(const ResultsFile& object) {
+  Guarded([&] { host::LeaveFailure(object.ErrorText(object.LastError())); });
 }
 
 ResultsFile& Of(void* handle) {
@@ -98,7 +97,7 @@ int tdxOpenWrite(void* handle, const char* file, const char* producer, int* erro
   const bool done = Guarded(
       false, [&] { return Of(handle).Open(ShortStringText(file), ShortStringText(producer)); });
   *error_number = done ? 0 : Of(handle).LastError();
-  if (!done) PrintReason(Of(handle));
+  if (!done) LeaveReason(Of(handle));
   return done ? 1 : 0;
 }
 
@@ -126,7 +125,7 @@ int tdxDataWriteDone(void* handle) {
 
 int tdxClose(void* handle) {
   const bool done = Guarded(false, [&] { return Of(handle).Close(); });
-  if (!done) PrintReason(Of(handle));
+  if (!done) LeaveReason(Of(handle));
   return done ? 0 : 1;
 }
 

@@ -191,6 +191,11 @@ int Finish(Session& session, ModelNames& names, const ChildProcess::Exit& exit,
   }
   if (!session.options.quiet) Summarise(session, names, *solution, log);
   WriteReport(session, names, log);
+  if (exit.code != 0) {
+    session.failures.push_back("the solver has returned its solution, but ended with exit status " +
+                               std::to_string(exit.code) + ": the listing is not whole");
+    return kNotSolved;
+  }
   return full_rank ? kSolved : kNotFullRank;
 }
 

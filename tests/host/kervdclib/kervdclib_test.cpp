@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "base/control_file.h"
+#include "base/left_failure.h"
 #include "base/short_string.h"
 #include "binding/module.h"
 #include "instance/array_file.h"
@@ -255,7 +256,29 @@ TEST_F(Kervdclib, StoresTheSolution) {
   EXPECT_NE(ReadFile(control_.timing).find("\tload the instance\n"), std::string::npos);
 }
 
+TEST_F(Kervdclib, EndsItsFilesWithWhatAnotherLibraryFailedAt) {
+  ASSERT_EQ(Init(), 0);
+  CALL(tevStatPChar)(tev_, "a begun line");
+  host::LeaveFailure("the disk is full");
+  CALL(tevXFree)(&tev_);
+  EXPECT_EQ(ReadFile(control_.status_file), "a begun line\n*** the disk is full\n");
+  EXPECT_EQ(ReadFile(control_.log), "*** the disk is full\n");
+}
+
 using KervdclibDeathTest = Kervdclib;
+
+#ifdef __linux__
+TEST_F(KervdclibDeathTest, EndsTheProcessWhenAFileIsNotWhole) {
+  control_.status_file = "/dev/full";
+  const auto run = [&] {
+    Init();
+    CALL(tevStatC)(tev_, "a line");
+    CALL(tevXFree)(&tev_);
+  };
+  EXPECT_EXIT(run(), testing::ExitedWithCode(EXIT_FAILURE),
+              "can't write /dev/full: No space left on device");
+}
+#endif
 
 // A figure that can't be had ends the process: no results can follow.
 TEST_F(KervdclibDeathTest, EndsTheProcessWhenTheInstanceIsSpoiledMeanwhile) {
