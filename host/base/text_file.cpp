@@ -1,5 +1,6 @@
 #include "base/text_file.h"
 
+#include <cerrno>
 #include <fstream>
 #include <sstream>
 #include <system_error>
@@ -62,11 +63,13 @@ std::vector<std::string> ReadLines(const std::filesystem::path& file) {
 }
 
 void WriteText(const std::filesystem::path& file, std::string_view text) {
+  errno = 0;
   std::ofstream stream(file, std::ios::binary);
   stream.write(text.data(), static_cast<std::streamsize>(text.size()));
   stream.close();
   if (!stream) {
-    throw FileError("can't write " + Utf8(file));
+    const int reason = errno != 0 ? errno : EIO;
+    throw FileError(Utf8(file) + ": can't be written: " + std::generic_category().message(reason));
   }
 }
 

@@ -27,7 +27,7 @@ std::filesystem::path FromUtf8(std::string_view text);
 // FileError when the file can't be read or holds a zero byte.
 std::vector<std::string> ReadLines(const std::filesystem::path& file);
 
-// Writes the whole file in binary mode. Throws FileError.
+// Writes the whole file in binary mode. Throws FileError, whose text begins with the file's name.
 void WriteText(const std::filesystem::path& file, std::string_view text);
 
 // "file(line): text", the form of every message about a line; lines are counted from 1.

@@ -55,6 +55,19 @@ std::int64_t ParseCount(const char* option, const std::string& text) {
   return count;
 }
 
+double ParseLevel(const std::string& text) {
+  double level = 0.0;
+  std::string_view digits(text);
+  if (digits.ends_with('%')) digits.remove_suffix(1);
+  const char* const end = digits.data() + digits.size();
+  const auto [rest, code] = std::from_chars(digits.data(), end, level);
+  if (code != std::errc() || rest != end || !(level >= 1.0 && level < 100.0)) {
+    throw InputError("--level: \"" + Excerpt(text) +
+                     "\" is not a level in percent, like 95, from 1 to below 100");
+  }
+  return level;
+}
+
 char ParseSeparator(const std::string& text) {
   if (text == "tab" || text == "\\t" || text == "\t") return '\t';
   constexpr std::string_view kAllowed = ",;|:!#$%&*/<=>?@\\^_`{}~'()[]";
@@ -141,6 +154,18 @@ CLI::App* AddShow(CLI::App& app, ShowOptions& options) {
         options.symbol = text;
       },
       "Print this symbol (default: an overview)");
+  CLI::Option* coefficients = show->add_flag_callback(
+      "--coefficients", [&options] { options.part = ShowPart::kCoefficients; },
+      "Print a regression's coefficients: a row each, with confidence limits");
+  show->add_flag_callback(
+          "--fit", [&options] { options.part = ShowPart::kFit; },
+          "Print a regression's statistics: R-squared, F and the like")
+      ->excludes(coefficients);
+  show->add_option_function<std::string>(
+          "--level", [&options](const std::string& text) { options.level = ParseLevel(text); },
+          "Level of the coefficients' limits in percent (default: 95)")
+      ->type_name("PERCENT")
+      ->needs(coefficients);
   AddChoice<ShowFormat>(*show, "--format", options.format,
                         {{"table", ShowFormat::kTable},
                          {"csv", ShowFormat::kCsv},

@@ -48,11 +48,14 @@ struct SolveOptions {
 };
 
 enum class ShowFormat { kTable, kCsv, kJson, kHtml };
+enum class ShowPart { kCoefficients, kFit };
 enum class CsvCells { kGuarded, kRaw };
 
 struct ShowOptions {
   std::filesystem::path file{};
-  std::string symbol{};  // empty: an overview of the file
+  std::string symbol{};            // empty: an overview of the file
+  std::optional<ShowPart> part{};  // of a regression; none: symbol or overview
+  double level = 95.0;             // of the coefficients' limits, in percent
   ShowFormat format = ShowFormat::kTable;
   CsvCells csv_cells = CsvCells::kGuarded;  // raw: also what a spreadsheet would run
   std::int64_t limit = -1;         // records of a symbol, coefficients of the overview; -1: all

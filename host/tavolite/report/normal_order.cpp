@@ -1,8 +1,9 @@
 #include "tavolite/report/normal_order.h"
 
 #include <cmath>
-#include <initializer_list>
 #include <numbers>
+
+#include "tavolite/report/distributions.h"
 
 namespace host {
 
@@ -15,36 +16,6 @@ double NormalLowerTail(double z) {
   return 0.5 * std::erfc(-z / std::numbers::sqrt2);
 }
 
-// I_x(a, b) by the continued fraction of Abramowitz & Stegun, 26.5.8, evaluated by Lentz's method
-// (1976). It converges fast for x below a / (a + b), where it is asked for.
-double BetaLowerTail(double a, double b, double x) {
-  constexpr double kTiny = 1e-300;
-  const double front = std::exp(std::lgamma(a + b) - std::lgamma(a) - std::lgamma(b) +
-                                a * std::log(x) + b * std::log1p(-x)) /
-                       a;
-  double c = 1.0;
-  double d = 1.0 / (1.0 - (a + b) * x / (a + 1.0));
-  double fraction = d;
-  for (int m = 1; m <= 500; ++m) {
-    const double even = m * (b - m) * x / ((a + 2 * m - 1) * (a + 2 * m));
-    const double odd = -(a + m) * (a + b + m) * x / ((a + 2 * m) * (a + 2 * m + 1));
-    double change = 1.0;
-    for (const double term : {even, odd}) {
-      d = 1.0 / (std::abs(1.0 + term * d) < kTiny ? kTiny : 1.0 + term * d);
-      c = std::abs(1.0 + term / c) < kTiny ? kTiny : 1.0 + term / c;
-      change = c * d;
-      fraction *= change;
-    }
-    if (std::abs(change - 1.0) < 1e-12) break;
-  }
-  return front * fraction;
-}
-
-double BetaProbability(double a, double b, double x) {
-  return x < (a + 1.0) / (a + b + 2.0) ? BetaLowerTail(a, b, x)
-                                       : 1.0 - BetaLowerTail(b, a, 1.0 - x);
-}
-
 // Bisection between points that hold every order statistic's limits for n up to 1e15 and ranks up
 // to n/2.
 double BetaQuantileAsNormal(double a, double b, double probability) {
@@ -52,7 +23,8 @@ double BetaQuantileAsNormal(double a, double b, double probability) {
   double high = 6.0;
   for (int step = 0; step < 40; ++step) {
     const double middle = 0.5 * (low + high);
-    (BetaProbability(a, b, NormalLowerTail(middle)) < probability ? low : high) = middle;
+    const double p = NormalLowerTail(middle);
+    (BetaProbability(a, b, p, 1.0 - p) < probability ? low : high) = middle;
   }
   return 0.5 * (low + high);
 }

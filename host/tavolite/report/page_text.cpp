@@ -7,12 +7,11 @@
 #include <nlohmann/json.hpp>
 
 #include "base/text.h"
+#include "tavolite/report/fit_data.h"
 
 namespace host {
 
 namespace {
-
-constexpr double kSmallestProbability = 1e-38;  // what single precision can tell from zero
 
 // A JSON string, whose valid UTF-8 is left as it is.
 std::string JsonString(std::string_view text) {

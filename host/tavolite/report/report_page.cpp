@@ -1,8 +1,10 @@
 #include "tavolite/report/report_page.h"
 
+#include <algorithm>
 #include <cmath>
 #include <initializer_list>
 
+#include "tavolite/design/design_check.h"
 #include "tavolite/report/page_assets.h"
 #include "tavolite/report/page_data.h"
 #include "tavolite/report/page_tables.h"
@@ -64,6 +66,7 @@ std::string PageHeader(const FitData& fit, const FitOrigin& origin) {
       "<header>\n<h1>Regression report</h1>\n" +
       Definitions("facts",
                   {{"Model", HtmlText(origin.model)},
+                   {"Response", HtmlText(origin.response)},
                    {"Made", HtmlText(DateText(fit.header.created))},
                    {"By", HtmlText(fit.header.producer + ", " + fit.header.library_version)}}) +
       "</header>\n";
@@ -77,17 +80,29 @@ std::string PageHeader(const FitData& fit, const FitOrigin& origin) {
   return html;
 }
 
+std::string FTestText(const FitStatistics& statistics, double df) {
+  if (std::isnan(statistics.f)) return "";
+  return NumberOf(statistics.f, 6) + " <small>on " + NumberOf(statistics.f_df, 10) + " and " +
+         NumberOf(df, 10) + ", p " + (statistics.f_p < kSmallestProbability ? "" : "= ") +
+         ProbabilityText(statistics.f_p) + "</small>";
+}
+
 std::string FitSection(const FitData& fit, const FitOrigin& origin) {
+  const FitStatistics statistics = StatisticsOf(fit);
   return "<section id=\"fit\">\n<h2>Fit</h2>\n" +
-         Definitions("statistics",
-                     {{"Observations", CountText(fit.fitted.size())},
-                      {"Coefficients", CountText(fit.coefficients.size())},
-                      {"Degrees of freedom", NumberOf(fit.df, 10)},
-                      {"Residual standard error", NumberOf(fit.sigma)},
-                      {"R-squared", FixedNumber(fit.r2, 5)},
-                      {"Residual sum of squares", NumberOf(fit.rss)},
-                      {"Condition number",
-                       std::isnan(origin.condition) ? "" : NumberOf(origin.condition, 3)}}) +
+         Definitions(
+             "statistics",
+             {{"Observations", CountText(fit.fitted.size())},
+              {"Coefficients", CountText(fit.coefficients.size())},
+              {"Degrees of freedom", NumberOf(fit.df, 10)},
+              {"Residual standard error", NumberOf(fit.sigma)},
+              {"R-squared", FixedNumber(fit.r2, 5)},
+              {"Adjusted R-squared",
+               std::isnan(statistics.adjusted_r2) ? "" : FixedNumber(statistics.adjusted_r2, 5)},
+              {"F statistic", FTestText(statistics, fit.df)},
+              {"Residual sum of squares", NumberOf(fit.rss)},
+              {"Condition number",
+               std::isnan(origin.condition) ? "" : ConditionText(origin.condition)}}) +
          "</section>\n";
 }
 
@@ -260,9 +275,22 @@ std::string Scripts(const FitData& fit, const FigureData& figures) {
          Element("script", kPlotScript.text) + "\n" + Element("script", kReportScript.text) + "\n";
 }
 
+FitOrigin Completed(FitOrigin origin, TdxReader& reader) {
+  const RunFacts& run = reader.Header().run;
+  if (origin.model.empty()) origin.model = run.model;
+  if (origin.response.empty()) origin.response = run.response;
+  if (origin.warnings.empty()) origin.warnings = run.warnings;
+  if (std::isnan(origin.condition)) origin.condition = run.condition_number;
+  if (std::ranges::count(origin.notes, kPerfectFitNote) == 0 && IsPerfectFit(reader)) {
+    origin.notes.emplace_back(kPerfectFitNote);
+  }
+  return origin;
+}
+
 }  // namespace
 
-std::string ReportPage(TdxReader& reader, const FitOrigin& origin) {
+std::string ReportPage(TdxReader& reader, const FitOrigin& known) {
+  const FitOrigin origin = Completed(known, reader);
   const FitData fit = ReadFit(reader);
   const FigureData figures = MakeFigureData(fit);
   const std::string title = "Regression report" + (origin.model.empty() ? "" : ": " + origin.model);

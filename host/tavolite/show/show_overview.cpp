@@ -1,9 +1,11 @@
 #include "tavolite/show/show_overview.h"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 #include "base/excerpt.h"
+#include "tavolite/show/show_fit.h"
 
 namespace host {
 
@@ -60,7 +62,10 @@ AlignedTable CoefficientTable(const std::vector<CoefficientRow>& rows,
   }
   for (const CoefficientRow& row : rows) {
     std::vector<std::string> cells = row.keys;
-    for (const double value : row.values) cells.push_back(RoundedText(value));
+    for (std::size_t k = 0; k < row.values.size(); ++k) {
+      cells.push_back(k == kProbability ? ProbabilityCell(row.values[k], RoundedText)
+                                        : RoundedText(row.values[k]));
+    }
     for (const std::size_t level : levels) {
       cells.push_back(RoundedText(row.intervals[level].lower));
       cells.push_back(RoundedText(row.intervals[level].upper));
@@ -88,10 +93,23 @@ void PrintCoefficients(const std::vector<CoefficientRow>& rows, std::size_t widt
   }
 }
 
+// What the file says of its run: nothing but what is there.
+std::string JsonRunFacts(const RunFacts& run) {
+  std::string text;
+  if (!run.model.empty()) text += ",\"model\":" + JsonString(run.model);
+  if (!run.response.empty()) text += ",\"response\":" + JsonString(run.response);
+  if (!std::isnan(run.condition_number)) {
+    text += ",\"condition_number\":" + JsonNumber(run.condition_number);
+  }
+  if (!run.warnings.empty()) text += ",\"warnings\":" + JsonStrings(run.warnings);
+  return text;
+}
+
 std::string JsonCoefficient(const CoefficientRow& row) {
   std::string text = "{\"keys\":" + JsonStrings(row.keys);
   for (std::size_t k = 0; k < row.values.size(); ++k) {
-    text += ',' + JsonString(kCoefficientSymbols[k]) + ':' + JsonNumber(row.values[k]);
+    text += ',' + JsonString(kCoefficientSymbols[k]) + ':' +
+            (k == kProbability ? JsonProbability(row.values[k]) : JsonNumber(row.values[k]));
   }
   text += ",\"confint\":{";
   for (const ConfidenceInterval& interval : row.intervals) {
@@ -127,12 +145,14 @@ Overview ReadOverview(TdxReader& reader, std::int64_t limit) {
   return overview;
 }
 
-void PrintOverviewTable(const TdxReader& reader, const Overview& overview, std::size_t width,
+void PrintOverviewTable(TdxReader& reader, const Overview& overview, std::size_t width,
                         std::string& text) {
   const TdxHeader& header = reader.Header();
   text += Printable("Made by " + header.producer + " with " + header.library_version + ", " +
                     header.created) +
-          "\n\nSymbols\n";
+          '\n';
+  PrintRunFacts(reader, text);
+  text += "\nSymbols\n";
   AlignedTable symbols;
   symbols.AddColumn("name", AlignedTable::Side::kLeft);
   symbols.AddColumn("dimension", AlignedTable::Side::kRight);
@@ -166,7 +186,8 @@ void PrintOverviewJson(const TdxReader& reader, const Overview& overview, std::s
   const TdxHeader& header = reader.Header();
   text += "{\"file\":{\"producer\":" + JsonString(header.producer) +
           ",\"library_version\":" + JsonString(header.library_version) +
-          ",\"created\":" + JsonString(header.created) + "},\n\"symbols\":[";
+          ",\"created\":" + JsonString(header.created) + JsonRunFacts(header.run) +
+          "},\n\"symbols\":[";
   const char* separator = "\n";
   for (const TdxSymbolInfo& symbol : reader.Symbols()) {
     text += std::exchange(separator, ",\n");

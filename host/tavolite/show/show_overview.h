@@ -36,10 +36,11 @@ struct Overview {
 };
 
 inline constexpr std::array<const char*, 4> kCoefficientSymbols{"estimate", "se", "tval", "pval"};
+inline constexpr std::size_t kProbability = 3;  // the place of "pval"
 
 Overview ReadOverview(TdxReader& reader, std::int64_t limit);
 
-void PrintOverviewTable(const TdxReader& reader, const Overview& overview, std::size_t width,
+void PrintOverviewTable(TdxReader& reader, const Overview& overview, std::size_t width,
                         std::string& text);
 void PrintOverviewCsv(const TdxReader& reader, CsvCells cells, std::string& text);
 void PrintOverviewJson(const TdxReader& reader, const Overview& overview, std::string& text);

@@ -10,6 +10,7 @@
 
 #include "base/excerpt.h"
 #include "base/text.h"
+#include "tavolite/report/fit_data.h"
 
 namespace host {
 
@@ -55,6 +56,10 @@ std::string RoundedText(double value) {
   return std::string(FormatNumber(value, "Inf", 7, buffer));
 }
 
+std::string ProbabilityCell(double p, std::string (*number)(double)) {
+  return p >= 0.0 && p < kSmallestProbability ? "<" + number(kSmallestProbability) : number(p);
+}
+
 std::string CsvField(std::string_view text, CsvCells cells) {
   std::string field(cells == CsvCells::kGuarded && LooksLikeFormula(text) ? "'" : "");
   field += text;
@@ -76,6 +81,11 @@ std::string JsonNumber(double value) {
   if (std::isnan(value)) return "null";
   if (std::isinf(value)) return value > 0.0 ? "\"Infinity\"" : "\"-Infinity\"";
   return NumberText(value);
+}
+
+std::string JsonProbability(double p) {
+  const std::string text = ProbabilityCell(p, NumberText);
+  return text.starts_with('<') ? JsonString(text) : JsonNumber(p);
 }
 
 void AlignedTable::AddColumn(std::string head, Side side) {

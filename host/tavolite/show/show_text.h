@@ -21,6 +21,9 @@ std::string RoundedText(double value);
 // that a spreadsheet would run as a formula has an apostrophe in front.
 std::string CsvField(std::string_view text, CsvCells cells);
 
+// A probability in the form of `number`; "<1e-38" where it is too small to be told.
+std::string ProbabilityCell(double p, std::string (*number)(double));
+
 // A JSON string with its quotes. Bytes that aren't UTF-8 become U+FFFD.
 std::string JsonString(std::string_view text);
 // A JSON array of such strings.
@@ -28,6 +31,8 @@ std::string JsonStrings(std::span<const std::string> texts);
 // The digits of NumberText, which the library has no format for. JSON has numbers only for finite
 // values: "Infinity" and "-Infinity" are strings, an undefined value is null.
 std::string JsonNumber(double value);
+// The same of a probability; the string "<1e-38" where it is too small to be told.
+std::string JsonProbability(double p);
 
 // Columns under each other, two blanks between them; texts stand left, numbers right.
 class AlignedTable {

@@ -3,18 +3,17 @@
 #include <cmath>
 #include <exception>
 
+#include "tavolite/report/fit_data.h"
+
 namespace host {
 
 namespace {
-
-// A residual standard error of less than this, over the size of the response, is rounding.
-constexpr double kRounding = 1e-13;
 
 bool IsPerfect(const DesignCheck& check, const Solution& solution) {
   const auto rss = solution.head_and_tail.find(kObjectiveCode);
   if (rss == solution.head_and_tail.end() || check.rows <= check.columns.size()) return false;
   const auto freedom = static_cast<double>(check.rows - check.columns.size());
-  return std::sqrt(rss->second / freedom) <= kRounding * check.response_size;
+  return std::sqrt(rss->second / freedom) <= kPerfectFit * check.response_size;
 }
 
 }  // namespace
@@ -35,8 +34,7 @@ DesignFindings DesignStep::End(const ModelNames& names, const Solution& solution
     findings.condition = check.rank.condition;
     findings.warnings = DesignWarnings(check, names.dictionary, names.columns);
     if (IsPerfect(check, solution)) {
-      findings.notes.emplace_back(
-          "the fit is essentially perfect: standard errors and tests are rounding");
+      findings.notes.emplace_back(kPerfectFitNote);
     }
   } catch (const std::bad_alloc&) {
     findings.warnings.emplace_back(

@@ -7,6 +7,7 @@
 #include <limits>
 #include <numeric>
 
+#include "tavolite/report/distributions.h"
 #include "tavolite/report/lowess.h"
 #include "tavolite/report/normal_order.h"
 
@@ -51,6 +52,17 @@ TEST(NormalOrder, QuantilesAndLimits) {
   const OrderLimits normal = NormalOrderLimits(101, 30000);
   EXPECT_NEAR(exact.low, normal.low, 0.01);
   EXPECT_NEAR(exact.high, normal.high, 0.01);
+}
+
+TEST(Distributions, AgreeWithR) {
+  EXPECT_NEAR(StudentTwoSidedQuantile(0.95, 9), 2.2621571628540993, 1e-9);
+  EXPECT_NEAR(StudentTwoSidedQuantile(0.99, 1), 63.656741162871583, 1e-7);
+  EXPECT_NEAR(StudentTwoSidedQuantile(0.95, 1e6), 1.9599663984540, 1e-6);
+  EXPECT_TRUE(std::isnan(StudentTwoSidedQuantile(0.95, 0)));
+  EXPECT_NEAR(FUpperTail(330.28533923440590, 6, 9) / 4.9840305287371e-10, 1.0, 1e-9);
+  EXPECT_NEAR(FUpperTail(1.0, 1e6, 1e6), 0.5, 1e-9);
+  EXPECT_EQ(FUpperTail(0.0, 3, 4), 1.0);
+  EXPECT_EQ(FUpperTail(INFINITY, 3, 4), 0.0);
 }
 
 // Observations "1", "2", ... whose residuals come back in another order than their fitted values.

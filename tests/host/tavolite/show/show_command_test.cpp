@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <functional>
 #include <limits>
 #include <sstream>
@@ -144,6 +145,58 @@ TEST_F(Show, TextsOfOthersNeitherSteerTerminalsNorRunInSpreadsheets) {
   EXPECT_EQ(Run(csv), "dim1,value\n\x1B[2J,1\n=1+1,-2\n-3e5,3\n-3+1,4\n\"@a,b\",5\n");
 }
 
+// The line 2.2 + 0.6 x through (1, 2), (2, 4), (3, 5), (4, 4), (5, 5), with a slope's name and an
+// R-squared of a model with or without an intercept.
+void WriteLine(const std::filesystem::path& file, const char* intercept, double r2) {
+  TdxSession session;
+  ASSERT_TRUE(session.Open(file));
+  session.Symbol("r2", 0, {{{}, r2}});
+  session.Symbol("rss", 0, {{{}, 2.4}});
+  session.Symbol("df", 0, {{{}, 3}});
+  session.Symbol("sigma", 0, {{{}, std::sqrt(0.8)}});
+  session.Symbol("resvar", 0, {{{}, 0.8}});
+  session.Symbol("estimate", 1, {{{"=x"}, 0.6}, {{intercept}, 2.2}});
+  session.Symbol("se", 1, {{{"=x"}, 0.25}, {{intercept}, 1.0}});
+  session.Symbol("tval", 1, {{{"=x"}, 2.4}, {{intercept}, 2.2}});
+  session.Symbol("pval", 1, {{{"=x"}, 0.125}, {{intercept}, 0.0}});
+  session.Symbol("resid", 1,
+                 {{{"1"}, -0.8}, {{"2"}, 0.6}, {{"3"}, 1}, {{"4"}, -0.6}, {{"5"}, -0.2}});
+  session.Symbol("fitted", 1, {{{"1"}, 2.8}, {{"2"}, 3.4}, {{"3"}, 4}, {{"4"}, 4.6}, {{"5"}, 5.2}});
+  ASSERT_TRUE(session.Close());
+}
+
+TEST_F(Show, CoefficientsAndFit) {
+  const std::filesystem::path file = directory_ / "line.tdx";
+  WriteLine(file, "Intercept", 0.6);
+  ShowOptions options{.file = file, .part = ShowPart::kCoefficients};
+  EXPECT_EQ(Run(options),
+            "Limits at 95%\n\n"
+            "name       estimate  std_error    t       p       lower     upper\n"
+            "=x              0.6       0.25  2.4   0.125  -0.1956116  1.395612\n"
+            "Intercept       2.2          1  2.2  <1e-38  -0.9824463  5.382446\n");
+  options.level = 50.0;
+  options.limit = 1;
+  EXPECT_NE(Run(options).find("0.4087"), std::string::npos);
+  options.format = ShowFormat::kCsv;
+  EXPECT_TRUE(
+      Run(options).starts_with("name,estimate,std_error,t,p,lower,upper\n'=x,0.6,0.25,2.4,"));
+  options = {.file = file, .part = ShowPart::kCoefficients, .format = ShowFormat::kJson};
+  EXPECT_NE(Run(options).find("\"t\":2.2,\"p\":\"<1e-38\",\"lower\":-0.98"), std::string::npos);
+
+  options = {.file = file, .part = ShowPart::kFit};
+  const std::string fit = Run(options);
+  for (const char* line : {"n            5\n", "adjusted_r2  0.4666667\n", "f            4.5\n",
+                           "f_df         1\n", "p            0.1240"}) {
+    EXPECT_NE(fit.find(line), std::string::npos) << line << fit;
+  }
+  // Without a name R-squared tells whether it is about the mean; 83.6 / 86 is about zero.
+  options.format = ShowFormat::kCsv;
+  WriteLine(file, "one", 0.6);
+  EXPECT_NE(Run(options).find(",4.5"), std::string::npos);
+  WriteLine(file, "one", 83.6 / 86.0);
+  EXPECT_NE(Run(options).find(",52.2"), std::string::npos) << Run(options);
+}
+
 // What stands where a results file should, and the text that says so.
 struct BadFile {
   const char* name;
@@ -205,6 +258,15 @@ TEST_F(Show, BadRequest) {
             std::string::npos);
   EXPECT_EQ(Run({.symbol = "r2", .output = directory_.Path() / "no" / "out"}), "");
   EXPECT_EQ(status_, 2);
+  const std::string before = testing_support::ReadFile(file_);
+  std::filesystem::create_symlink(file_, directory_ / "link");
+  for (const auto& output : {file_, directory_ / "link"}) {
+    EXPECT_EQ(Run({.output = output}), "");
+    EXPECT_NE(err_.find("would overwrite"), std::string::npos);
+    EXPECT_EQ(testing_support::ReadFile(file_), before);
+  }
+  Run({.symbol = "r2", .part = ShowPart::kFit});
+  EXPECT_NE(err_.find("leave the symbol out"), std::string::npos);
 }
 
 }  // namespace
