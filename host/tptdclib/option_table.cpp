@@ -154,6 +154,11 @@ const OptionTable::Option* OptionTable::Find(std::string_view key, bool is_integ
   return &found->second;
 }
 
+std::size_t OptionTable::LineOf(const std::string& key) const {
+  const auto found = options_.find(key);
+  return found == options_.end() ? 0 : found->second.set_in_line;
+}
+
 std::int32_t OptionTable::Integer(std::string_view key) {
   const Option* option = Find(key, true);
   return option == nullptr ? 0 : option->integer;

@@ -31,6 +31,9 @@ class OptionTable {
   void SetEcho(bool on) { echo_ = on; }
   [[nodiscard]] const std::vector<Message>& Messages() const { return messages_; }
 
+  // The line of the option file that has set the key, in upper case; 0 when none has.
+  [[nodiscard]] std::size_t LineOf(const std::string& key) const;
+
   // The value of a key of that type, in any case of letters. A key that isn't declared so gives 0
   // or an empty text, and queues a message.
   std::int32_t Integer(std::string_view key);

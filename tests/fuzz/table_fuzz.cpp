@@ -23,7 +23,6 @@ std::string Outcome(const std::string& text, const host::TableOptions& options, 
     const host::TableModel made =
         host::MakeTableModel(plan, table.ReadRows(plan), options.intercept);
     std::ostringstream out;
-    out << made.option_file;
     for (const std::string& label : made.model.dictionary.labels) {
       out << label << '\n';
     }

@@ -21,7 +21,12 @@ namespace fs = std::filesystem;
 // Words are UTF-8 on every system, which CLI11 would not make a path of.
 CLI::Option* AddPath(CLI::App& app, const char* name, fs::path& path, const char* help) {
   return app.add_option_function<std::string>(
-      name, [&path](const std::string& text) { path = FromUtf8(text); }, help);
+      name,
+      [&path, name](const std::string& text) {
+        if (text.empty()) throw InputError(std::string(name) + ": the name is empty");
+        path = FromUtf8(text);
+      },
+      help);
 }
 
 // An option that takes one of some words, each of which stands for a value.
@@ -99,13 +104,11 @@ void AddTableOptions(CLI::App& solve, TableOptions& table) {
                                 "--intercept", [&table] { table.intercept = Intercept::kAlways; },
                                 "Add an intercept in any case")
                             ->group("Tables");
-  CLI::Option* never =
-      solve
-          .add_flag_callback(
-              "--no-intercept", [&table] { table.intercept = Intercept::kNever; }, "Add none")
-          ->group("Tables")
-          ->excludes(always);
-  for (CLI::Option* option : {always, never}) option->excludes(solve.get_option("--options"));
+  solve
+      .add_flag_callback(
+          "--no-intercept", [&table] { table.intercept = Intercept::kNever; }, "Add none")
+      ->group("Tables")
+      ->excludes(always);
   solve
       .add_option_function<std::string>(
           "--separator",
@@ -132,6 +135,8 @@ CLI::App* AddSolve(CLI::App& app, SolveOptions& options, std::optional<InputForm
                   "In MPS and LP models, take numbers behind underscores as labels: b_1 is b(1)");
   AddPath(*solve, "--options", options.option_file, "The solver's option file");
   AddPath(*solve, "--solver", options.solver, "The solver (default: linfit beside tavolite)");
+  AddPath(*solve, "--results", options.results,
+          "Where the results file goes (default: linfit.tdx, here)");
   AddPath(*solve, "--listing", options.listing,
           "Where the listing goes (default: the model's name with .lst, here)");
   AddPath(*solve, "--report", options.report,

@@ -48,6 +48,10 @@ std::optional<InputFormat> InputFormatOf(const std::filesystem::path& file) {
   return std::nullopt;
 }
 
+bool IsSpreadsheet(const std::filesystem::path& file) {
+  return HasWord(".xls .xlsx .xlsm .ods .numbers", LowerCase(Utf8(file.extension())));
+}
+
 std::string KnownSuffixes() {
   std::string suffixes;
   for (const Format& entry : kFormats) {

@@ -16,6 +16,9 @@ std::vector<std::pair<std::string, InputFormat>> InputFormats();
 // Nothing when the suffix does not tell.
 std::optional<InputFormat> InputFormatOf(const std::filesystem::path& file);
 
+// Whether the suffix is a spreadsheet's.
+bool IsSpreadsheet(const std::filesystem::path& file);
+
 // The suffixes that tell, joined by blanks.
 std::string KnownSuffixes();
 

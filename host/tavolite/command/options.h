@@ -39,6 +39,7 @@ struct SolveOptions {
   TableOptions table;
   std::filesystem::path option_file{};  // the solver's; empty: none
   std::filesystem::path work{};  // where the scratch directory is made; empty: the system's place
+  std::filesystem::path results{};  // empty: the option file's, else the solver's default
   std::filesystem::path listing{};  // empty: the input's name with .lst, in the current directory
   std::filesystem::path report{};   // takes a page with tables and figures; empty: none
   std::filesystem::path solver{};   // empty: beside this program

@@ -21,6 +21,9 @@ InputFormat ChooseFormat(const SolveOptions& options, std::optional<InputFormat>
   if (stated) return *stated;
   if (const std::optional<InputFormat> format = InputFormatOf(options.input)) return *format;
   if (!options.table.query.empty()) return InputFormat::kSqlite;
+  if (IsSpreadsheet(options.input)) {
+    throw InputError(Utf8(options.input) + ": is a spreadsheet: save the sheet as CSV");
+  }
   throw InputError(Utf8(options.input) + ": the suffix does not tell the format (known are " +
                    KnownSuffixes() + "): give it with --format");
 }

@@ -53,7 +53,7 @@ std::pair<RowType, double> TypeAndRhs(glp_prob* problem, int row) {
       return {RowType::kFree, 0.0};
     default:
       throw InputError("row " + NameOrEmpty(glp_get_row_name(problem, row)) +
-                       " has a lower and an upper bound: only equalities make a regression");
+                       " has a lower and an upper bound: write it with = or take it out");
   }
 }
 
@@ -137,7 +137,7 @@ void AddColumns(glp_prob* problem, const std::vector<int>& order, const RowNumbe
       model.objective_column = static_cast<std::int32_t>(model.columns.size());
     }
     if (glp_get_col_kind(problem, j) != GLP_CV) {
-      throw InputError("variable " + name + " is integer: only continuous ones can be estimated");
+      throw InputError("variable " + name + " is integer: declare it as a continuous one");
     }
     Column column;
     SetBounds(problem, j, column);

@@ -10,7 +10,8 @@ namespace {
 Objective FindObjective(glp_prob* problem) {
   Objective objective;
   objective.name = NameOrEmpty(glp_get_obj_name(problem));
-  if (glp_get_obj_dir(problem) != GLP_MIN) throw InputError("the objective must be minimized");
+  if (glp_get_obj_dir(problem) != GLP_MIN)
+    throw InputError("the objective must be minimized: write `minimize`");
   if (glp_get_obj_coef(problem, 0) != 0.0) {
     throw InputError("the objective " + objective.name +
                      " has a constant term: it must be one variable alone");

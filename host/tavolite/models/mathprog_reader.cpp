@@ -134,14 +134,26 @@ fs::path DataBeside(const fs::path& model, ReaderNotes& notes) {
   return beside;
 }
 
+// GLPK's own words for a product of coefficients and for squares that are written out.
+std::string WithRemedy(const std::string& failure) {
+  const bool is_nonlinear =
+      failure.ends_with("multiplication of linear forms not allowed") ||
+      failure.find("operand preceding ^ has invalid type") != std::string::npos ||
+      failure.find("operand preceding ** has invalid type") != std::string::npos;
+  return is_nonlinear ? failure +
+                            " (coefficients stand in sums only: a model states `y = sum x*b` "
+                            "and an objective of one variable, the solver takes the squares)"
+                      : failure;
+}
+
 void Generate(GlpkSession& session, const MathProgFiles& files, const std::string& shown_model,
               const std::string& shown_data, GlpkProblem& problem, ReaderNotes& notes) {
   MathProgSteps steps;
   session.ForgetMessages();
   if (!Translate(session, files, false, problem, steps)) {
     const bool in_data = steps.model == 0 && steps.data != 0;
-    throw InputError(FailureLine(session.Messages(), in_data ? files.data : files.model,
-                                 in_data ? shown_data : shown_model));
+    throw InputError(WithRemedy(FailureLine(session.Messages(), in_data ? files.data : files.model,
+                                            in_data ? shown_data : shown_model)));
   }
   notes.output = ReadOutput(files.output);
 }

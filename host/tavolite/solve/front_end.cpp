@@ -33,7 +33,6 @@ FrontEndResult ReadModel(const SolveOptions& options, const std::filesystem::pat
   FrontEndResult result;
   result.model = std::move(read.model);
   result.notes.notes = std::move(read.notes);
-  result.option_file = std::move(read.option_file);
   return result;
 }
 

@@ -13,7 +13,6 @@ namespace host {
 struct FrontEndResult {
   Model model;
   ReaderNotes notes;
-  std::string option_file;  // for tables: an option file of the solver that fits them
 };
 
 // Reads the input; `scratch` is an existing directory for temporary files. Throws InputError when

@@ -62,7 +62,7 @@ const char* HowToFree(InputFormat format) {
 std::string LimitText(const char* key, std::int32_t limit, const std::string& counted,
                       std::size_t count) {
   return counted + ", " + key + " is " + std::to_string(limit) + ": put \"" + key + " " +
-         std::to_string(count) + "\" into the option file";
+         std::to_string(count) + "\" into the option file, or leave it out";
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <bit>
 #include <system_error>
 
+#include "base/excerpt.h"
 #include "base/text_file.h"
 #include "tdx/tdx_reader.h"
 
@@ -53,7 +54,10 @@ std::string EarlierResults(const fs::path& results, fs::file_time_type start) {
   if (!fs::is_regular_file(results, none) || fs::last_write_time(results, none) >= start) return {};
   try {
     const TdxReader reader(results);
-    return Utf8(results) + " is of an earlier run, of " + reader.Header().created;
+    const TdxHeader& header = reader.Header();
+    return Utf8(results) + " is of an earlier run, " +
+           (header.run.model.empty() ? "" : "of " + Excerpt(header.run.model) + " ") + "at " +
+           header.created;
   } catch (const FileError&) {
     return Utf8(results) + " is not of this run";
   }

@@ -12,6 +12,7 @@
 #include "base/text_file.h"
 #include "instance/instance.h"
 #include "tavolite/command/failure.h"
+#include "tavolite/command/input_format.h"
 #include "tavolite/report/report_page.h"
 #include "tavolite/solve/design_step.h"
 #include "tavolite/solve/front_end.h"
@@ -24,6 +25,7 @@
 #include "tavolite/solve/solver_options.h"
 #include "tavolite/solve/step_times.h"
 #include "tavolite/system/interrupt.h"
+#include "tdx/tdx_file.h"
 
 namespace host {
 namespace {
@@ -36,6 +38,7 @@ struct Session {
   std::ostream& err;
   fs::path solver;
   fs::path listing;
+  fs::path results;
   std::shared_ptr<RunningSolve> running;
   StepTimes times;
   std::future<void> matrix_end;
@@ -58,31 +61,47 @@ void Tell(const Session& session, const ReaderNotes& notes) {
   }
 }
 
-// The user's option file; without one, that which fits a table.
-fs::path OptionFile(const Session& session, const FrontEndResult& input) {
-  if (!session.options.option_file.empty() || input.option_file.empty()) {
-    return session.options.option_file;
-  }
+// The option file for the solver: the user's, unless something is to be added to it.
+fs::path OptionFile(const Session& session) {
+  const SolverOptions& options = session.solver_options;
+  if (options.added_lines.empty()) return session.options.option_file;
   fs::path file = session.Scratch("options.txt");
-  WriteText(file, input.option_file);
+  WriteText(file, options.user_lines + options.added_lines);
   return file;
+}
+
+// What is to be said no before anything is read or written.
+void CheckBefore(Session& session) {
+  session.solver = FindSolver(session.options);
+  session.listing = ChooseListing(session.options);
+  session.solver_options = ReadSolverOptions(session.options, SystemDirectory(session.solver));
+  session.results = FromUtf8(session.solver_options.results_file);
+  CheckFiles(session.options, session.solver, session.listing, session.results);
+}
+
+FrontEndResult Read(Session& session) {
+  SolveOptions options = session.options;
+  options.table.intercept = InterceptOf(session.solver_options);
+  FrontEndResult input = ReadModel(options, session.running->ScratchPath());
+  session.times.End("read the model");
+  Tell(session, input.notes);
+  session.faults = FindFaults(input.model);
+  FitToModel(session.faults.observations, session.faults.coefficients,
+             IsTable(session.options.format), session.solver_options);
+  return input;
 }
 
 // Reads the model and writes instance and control file. The matrix goes while the solver starts,
 // which needs the memory.
 ModelNames Prepare(Session& session) {
-  FrontEndResult input = ReadModel(session.options, session.running->ScratchPath());
-  session.times.End("read the model");
-  Tell(session, input.notes);
-  session.faults = FindFaults(input.model);
+  FrontEndResult input = Read(session);
   WriteInstance(input.model, session.Scratch("instance.db"));
   ControlFile control;
   control.instance = session.Scratch("instance.db");
   control.status_file = session.Scratch("status.txt");
   control.system_directory = SystemDirectory(session.solver);
-  control.option_file = OptionFile(session, input);
-  session.solver_options = ReadSolverOptions(control);
-  session.running->SetResultsFile(FromUtf8(session.solver_options.results_file));
+  control.option_file = OptionFile(session);
+  session.running->SetResultsFile(session.results);
   if (!session.options.timing.empty()) control.timing = session.Scratch("timing.txt");
   WriteControlFile(control, session.Scratch("control.txt"));
   session.design.Start(control.instance, session.solver_options.constant_term);
@@ -117,8 +136,7 @@ void TellFailure(Session& session, const ChildProcess::Exit& exit, const SolverL
   session.failures.push_back(log.LastLine().empty() ? text : text + ": " + log.LastLine());
   session.failures.push_back(
       Remedy(log.LastLine(), session.faults, session.options.format, session.solver_options));
-  session.failures.push_back(
-      EarlierResults(FromUtf8(session.solver_options.results_file), session.start));
+  session.failures.push_back(EarlierResults(session.results, session.start));
 }
 
 void Summarise(const Session& session, const ModelNames& names, const Solution& solution,
@@ -160,6 +178,20 @@ void WriteReport(Session& session, const ModelNames& names, const SolverLog& log
   if (!session.options.quiet) session.out << "Report:        " << Utf8(report) << '\n';
 }
 
+// What the results file can't know by itself.
+void KeepRunFacts(Session& session, const ModelNames& names, int process, const SolverLog& log) {
+  if (log.ResultsFile().empty()) return;
+  const WithoutInterrupt now;
+  try {
+    AddRunFacts(
+        FromUtf8(log.ResultsFile()), process,
+        {names.model, session.options.table.response, names.condition, names.warnings});
+  } catch (const std::exception& error) {
+    session.err << "tavolite: warning: the results file does not name the model: "
+                << FailureText(error) << '\n';
+  }
+}
+
 int Finish(Session& session, ModelNames& names, const ChildProcess::Exit& exit,
            const SolverLog& log) {
   const fs::path instance = session.Scratch("instance.db");
@@ -170,6 +202,7 @@ int Finish(Session& session, ModelNames& names, const ChildProcess::Exit& exit,
   }
   const bool full_rank = solution && CheckDesign(session, *solution, names);
   session.design.Stop();
+  if (solution) KeepRunFacts(session, names, exit.process, log);
   // A large file takes its time to go.
   std::future<void> removal;
   if (!session.options.keep) {
@@ -203,9 +236,7 @@ int Finish(Session& session, ModelNames& names, const ChildProcess::Exit& exit,
 int Solve(Session& session) {
   int status = kBadInput;  // of what fails before the solver has run
   try {
-    session.solver = FindSolver(session.options);
-    session.listing = ChooseListing(session.options);
-    CheckReport(session.options, session.listing);
+    CheckBefore(session);
     session.running->MakeScratch(session.options);
     ModelNames names = Prepare(session);
     status = kNotSolved;
@@ -222,7 +253,7 @@ int Solve(Session& session) {
 }  // namespace
 
 int RunSolve(const SolveOptions& options, std::ostream& out, std::ostream& err) {
-  Session session{options, out, err, {}, {}, RunningSolve::Start(), {}, {}};
+  Session session{options, out, err, {}, {}, {}, RunningSolve::Start(), {}, {}};
   const int status = Solve(session);
   session.design.Stop();
   // Behind an interrupt, which takes the files away, nothing that has failed counts any more.

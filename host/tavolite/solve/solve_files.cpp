@@ -1,34 +1,50 @@
 #include "tavolite/solve/solve_files.h"
 
+#include <string>
 #include <system_error>
+#include <vector>
 
 #include "base/input_error.h"
 #include "base/text_file.h"
 #include "tavolite/system/program.h"
+#include "tdx/tdx_file.h"
 
 namespace host {
 namespace {
 
 namespace fs = std::filesystem;
 
+struct Role {
+  fs::path file;
+  std::string name;
+  const char* option = nullptr;  // that names it, where it is written
+};
+
+// Also where neither is there yet. What can't be replaced, such as a terminal, may serve twice.
 bool IsSameFile(const fs::path& a, const fs::path& b) {
   std::error_code none;
-  return fs::equivalent(a, b, none);
+  if (fs::exists(a, none) && !fs::is_regular_file(a, none)) return false;
+  return fs::equivalent(a, b, none) ||
+         fs::weakly_canonical(a, none) == fs::weakly_canonical(b, none);
 }
 
-// An output must neither destroy what the solve reads nor fail after a long run. `kind` is the name
-// of its option, too.
-void CheckOutput(const fs::path& file, const std::string& kind, const SolveOptions& options) {
-  for (const fs::path& input : {options.input, options.data, options.option_file}) {
-    if (!input.empty() && IsSameFile(file, input)) {
-      throw InputError("the " + kind + " would overwrite " + Utf8(input) + ": give another --" +
-                       kind);
-    }
+std::vector<Role> ReadFiles(const SolveOptions& options, const fs::path& solver) {
+  std::vector<Role> files{{options.input, Utf8(options.input)}, {solver, "the solver"}};
+  if (options.format == InputFormat::kMathProg && options.data.empty()) {
+    fs::path data = options.input;
+    files.push_back({data.replace_extension(".dat"), Utf8(data)});
   }
+  for (const fs::path& file : {options.data, options.option_file}) {
+    if (!file.empty()) files.push_back({file, Utf8(file)});
+  }
+  return files;
+}
+
+void CheckPlace(const Role& output) {
   std::error_code none;
-  if (fs::is_directory(file, none)) throw InputError(Utf8(file) + ": is a directory");
-  if (!fs::is_directory(fs::absolute(file).parent_path(), none)) {
-    throw InputError("there is no directory for the " + kind + " " + Utf8(file));
+  if (fs::is_directory(output.file, none)) throw InputError(Utf8(output.file) + ": is a directory");
+  if (!fs::is_directory(fs::absolute(output.file).parent_path(), none)) {
+    throw InputError("there is no directory for " + output.name + " " + Utf8(output.file));
   }
 }
 
@@ -43,17 +59,31 @@ fs::path FindSolver(const SolveOptions& options) {
 }
 
 fs::path ChooseListing(const SolveOptions& options) {
-  fs::path listing = options.listing;
-  if (listing.empty()) listing = options.input.stem() += ".lst";
-  CheckOutput(listing, "listing", options);
-  return listing;
+  return options.listing.empty() ? options.input.stem() += ".lst" : options.listing;
 }
 
-void CheckReport(const SolveOptions& options, const fs::path& listing) {
-  if (options.report.empty()) return;
-  CheckOutput(options.report, "report", options);
-  if (fs::weakly_canonical(options.report) == fs::weakly_canonical(listing)) {
-    throw InputError("report and listing have the same name: " + Utf8(listing));
+void CheckFiles(const SolveOptions& options, const fs::path& solver, const fs::path& listing,
+                const fs::path& results) {
+  std::vector<Role> taken = ReadFiles(options, solver);
+  const Role outputs[] = {{listing, "the listing", "--listing"},
+                          {options.report, "the report", "--report"},
+                          {options.timing, "the timing", "--timing"},
+                          {results, "the results file", "--results"}};
+  for (const Role& output : outputs) {
+    if (output.file.empty()) continue;
+    for (const Role& other : taken) {
+      if (!IsSameFile(output.file, other.file)) continue;
+      throw InputError(output.name + " would overwrite " + other.name + ": give another " +
+                       output.option);
+    }
+    CheckPlace(output);
+    taken.push_back(output);
+  }
+  try {
+    CheckTdxTarget(results);
+  } catch (const FileError& error) {
+    throw InputError("the results file can't be " + Utf8(results) + ": " + error.what() +
+                     "; give another --results");
   }
 }
 

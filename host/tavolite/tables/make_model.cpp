@@ -7,6 +7,7 @@
 #include <numeric>
 #include <unordered_map>
 #include <unordered_set>
+#include <utility>
 
 #include "base/excerpt.h"
 #include "base/input_error.h"
@@ -66,6 +67,7 @@ class ModelMaker {
     result_.notes = plan_.notes;
     NoteDroppedRows();
     StartModel();
+    FindConstant();
     for (const Regressor& regressor : plan_.regressors) {
       if (regressor.factor) {
         AddFactor(regressor);
@@ -79,7 +81,6 @@ class ModelMaker {
     model.rhs = std::move(Numbers(plan_.response));
     model.rhs.push_back(0.0);
     model.dictionary.labels = std::move(rows_.label_texts.texts);
-    WriteOptions();
     return std::move(result_);
   }
 
@@ -95,7 +96,7 @@ class ModelMaker {
     }
     if (Rows() == 0) {
       throw InputError(where_ + "every one of the " + std::to_string(rows_.rows_read) +
-                       " rows has a missing value");
+                       " rows has a missing value (--drop leaves out a column that is empty)");
     }
     if (Rows() * std::max<std::size_t>(rows_.labels.size(), 1) >=
         std::size_t{std::numeric_limits<std::int32_t>::max()}) {
@@ -123,7 +124,8 @@ class ModelMaker {
       std::size_t& first = first_row[static_cast<std::size_t>(key[r])];
       if (first != key.size()) {
         throw InputError(rows_.Where(r) + ": the label " + LabelText(r) + " is the same as at " +
-                         rows_.Where(first));
+                         rows_.Where(first) +
+                         " (--label takes several columns, or none for the row's number)");
       }
       first = r;
     }
@@ -186,10 +188,16 @@ class ModelMaker {
     return static_cast<std::int32_t>(symbols.size() - 1);
   }
 
+  void FindConstant() {
+    has_constant_ = std::any_of(
+        plan_.regressors.begin(), plan_.regressors.end(), [this](const Regressor& regressor) {
+          return !regressor.factor && IsConstantOne(Numbers(regressor.position));
+        });
+    needs_all_levels_ = !AddsIntercept() && !has_constant_;
+  }
+
   void AddNumbers(const Regressor& regressor) {
-    std::vector<double>& values = Numbers(regressor.position);
-    has_constant_ = has_constant_ || IsConstantOne(values);
-    AddColumn(regressor.name, all_rows_, std::move(values));
+    AddColumn(regressor.name, all_rows_, std::move(Numbers(regressor.position)));
   }
 
   void AddFactor(const Regressor& regressor) {
@@ -197,17 +205,19 @@ class ModelMaker {
     const std::vector<std::string>& levels = factor.levels.texts;
     if (levels.size() < 2) {
       throw InputError(where_ + "the factor \"" + Excerpt(regressor.name) +
-                       "\" has only one level");
+                       "\" has only one level: leave it out with --drop");
     }
     std::vector<std::vector<std::int32_t>> rows(levels.size());
     for (std::size_t r = 0; r < factor.codes.size(); ++r) {
       rows[static_cast<std::size_t>(factor.codes[r])].push_back(static_cast<std::int32_t>(r));
     }
     const std::vector<std::int32_t> order = SortedLevels(levels);
-    result_.notes.push_back("factor " + regressor.name + ": " + std::to_string(levels.size()) +
-                            " levels, measured against " +
-                            levels[static_cast<std::size_t>(order[0])]);
-    for (std::size_t i = 1; i < order.size(); ++i) {
+    const bool all_levels = std::exchange(needs_all_levels_, false);
+    result_.notes.push_back(
+        "factor " + regressor.name + ": " + std::to_string(levels.size()) +
+        (all_levels ? " levels, each with a coefficient: there is no intercept"
+                    : " levels, measured against " + levels[static_cast<std::size_t>(order[0])]));
+    for (std::size_t i = all_levels ? 0 : 1; i < order.size(); ++i) {
       const auto level = static_cast<std::size_t>(order[i]);
       const std::string label = regressor.name + "=" + levels[level];
       if (const std::string fault = LabelFault(label); !fault.empty()) {
@@ -229,7 +239,9 @@ class ModelMaker {
     const std::size_t count = coefficients_.size() + (AddsIntercept() ? 1 : 0);
     if (Rows() < count) {
       throw InputError(where_ + std::to_string(Rows()) + " complete rows are too few for " +
-                       std::to_string(count) + " coefficients");
+                       std::to_string(count) + " coefficients" +
+                       (AddsIntercept() ? ", the intercept included" : "") + ": at least " +
+                       std::to_string(count + 1) + " are needed");
     }
     if (AddsIntercept() && coefficients_.contains("Intercept")) {
       throw InputError(
@@ -275,13 +287,6 @@ class ModelMaker {
     }
   }
 
-  void WriteOptions() {
-    const int add = intercept_ == Intercept::kNever ? 0 : intercept_ == Intercept::kAlways ? 1 : 2;
-    result_.option_file = "* Written by tavolite to fit the table\nADD_CONSTANT_TERM " +
-                          std::to_string(add) + "\nMAXN " + std::to_string(Rows()) + "\nMAXP " +
-                          std::to_string(coefficients_.size() + (add > 0 ? 1 : 0)) + "\n";
-  }
-
   const TablePlan& plan_;
   TableRows& rows_;
   Intercept intercept_;
@@ -290,6 +295,7 @@ class ModelMaker {
   RowList all_rows_;
   std::unordered_set<std::string> coefficients_;
   bool has_constant_ = false;
+  bool needs_all_levels_ = false;  // of the next factor
 };
 
 }  // namespace

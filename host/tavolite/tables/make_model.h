@@ -12,10 +12,10 @@
 namespace host {
 
 struct TableModel {
-  // Rows fit(labels) or fit(row number), columns rss and coeff(regressor); the row `objective` is
-  // the last. A factor has a column coeff(name=level) for each level but the first.
+  // Rows fit(labels) or fit(row number), columns rss and one under the name of each regressor; the row `objective` is
+  // the last. A factor has a column name=level for each level but the first; where there is no
+  // intercept, neither added nor as a column, the first factor has one for each level.
   Model model;
-  std::string option_file;         // an option file that fits the model
   std::vector<std::string> notes;  // what was left out and assumed
 };
 

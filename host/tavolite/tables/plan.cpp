@@ -36,8 +36,10 @@ class Columns {
     if (place != numbers_.end()) {
       return place->second;
     }
-    throw InputError(where_ + option + ": there is no column \"" + Excerpt(name) +
-                     "\"; the columns are " + List());
+    const std::string nearest = Nearest(name);
+    throw InputError(where_ + option + ": there is no column \"" + Excerpt(name) + "\"; " +
+                     (nearest.empty() ? "" : "the nearest is \"" + Excerpt(nearest) + "\", ") +
+                     "the columns are " + List());
   }
 
   // A text that is a column's name stands for that, commas or not.
@@ -67,7 +69,6 @@ class Columns {
     throw InputError(where_ + "the column \"" + Excerpt(names_[column]) + "\" " + reason);
   }
 
- private:
   [[nodiscard]] std::string List() const {
     std::string list;
     for (std::size_t i = 0; i < names_.size(); ++i) {
@@ -77,6 +78,19 @@ class Columns {
       list += (i == 0 ? "" : ", ") + Excerpt(names_[i]);
     }
     return list;
+  }
+
+ private:
+  [[nodiscard]] std::string Nearest(const std::string& name) const {
+    std::string nearest;
+    std::size_t least = name.size() < 4 ? 1 : name.size() / 3 + 2;  // differs as much: not near
+    for (const std::string& other : names_) {
+      const std::size_t distance = EditDistance(LowerCase(other), LowerCase(name));
+      if (other.empty() || distance >= least) continue;
+      least = distance;
+      nearest = other;
+    }
+    return nearest;
   }
 
   const std::vector<std::string>& names_;
@@ -139,10 +153,11 @@ std::string Fault(const ColumnUse& use, std::string_view text, const std::string
   return "column \"" + Excerpt(use.name) + "\": \"" + Excerpt(text) + "\" " + what;
 }
 
-void CheckOptions(const TableOptions& options, const std::string& where) {
-  if (options.response.empty()) {
-    throw InputError(where + "a table needs --response with the name of the dependent column");
-  }
+// Texts that a person would take for a number.
+bool HasDecimalComma(std::string_view text) {
+  const std::size_t comma = text.find(',');
+  return comma != std::string_view::npos && text.find(',', comma + 1) == std::string_view::npos &&
+         text.find_first_not_of("+-0123456789,") == std::string_view::npos;
 }
 
 }  // namespace
@@ -171,7 +186,11 @@ std::string NumberFault(const ColumnUse& use, std::string_view text, NumberKind 
     case NumberKind::kTooLarge:
       return Fault(use, text, "is beyond the range of a double");
     default:
-      return Fault(use, text, "is not a number (text columns need --label, --factor or --drop)");
+      return Fault(use, text,
+                   HasDecimalComma(text)
+                       ? "has a comma: numbers are written with a point"
+                       : "is not a number (text columns need --label, --factor or --drop; a "
+                         "missing value is an empty field or NA)");
   }
 }
 
@@ -182,8 +201,13 @@ std::string TextFault(const ColumnUse& use, std::string_view text) {
 
 TablePlan MakeTablePlan(const TableHeader& header, const TableOptions& options) {
   const auto& [names, where] = header;
-  CheckOptions(options, where);
   const Columns columns(names, where);
+  if (options.response.empty()) {
+    throw InputError(where +
+                     "a table needs --response with the name of the dependent column; the "
+                     "columns are " +
+                     columns.List());
+  }
   const Choice choice = Choose(columns, options);
   TablePlan plan;
   for (const std::string& name : names) {

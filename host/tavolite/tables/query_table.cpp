@@ -1,5 +1,6 @@
 #include "tavolite/tables/query_table.h"
 
+#include <cctype>
 #include <cmath>
 
 #include "base/excerpt.h"
@@ -25,6 +26,56 @@ void CheckStatement(const Statement& statement, std::string_view rest, const std
   if (statement.Columns() < 2) {
     throw InputError(where + "the query gives only one column");
   }
+}
+
+// Where the text or the quoted name at the start of `sql` ends.
+std::size_t QuotedLength(std::string_view sql) {
+  const std::size_t end = sql.find(sql.front(), 1);
+  return end == std::string_view::npos ? sql.size() : end + 1;
+}
+
+bool IsNameCharacter(char c) {
+  return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_' || c == '$' ||
+         static_cast<unsigned char>(c) >= 0x80;
+}
+
+// Whether what follows the opening bracket is one argument.
+bool HasOneArgument(std::string_view sql) {
+  int depth = 0;
+  for (std::size_t i = 0; i < sql.size(); ++i) {
+    if (sql[i] == '\'' || sql[i] == '"') {
+      i += QuotedLength(sql.substr(i)) - 1;
+    } else if (sql[i] == '(') {
+      ++depth;
+    } else if (sql[i] == ')' && depth-- == 0) {
+      return true;
+    } else if (sql[i] == ',' && depth == 0) {
+      return false;
+    }
+  }
+  return true;
+}
+
+bool CallsCommonLogarithm(std::string_view sql) {
+  constexpr std::string_view kName = "log";
+  for (std::size_t i = 0; i < sql.size();) {
+    if (sql[i] == '\'' || sql[i] == '"') {
+      i += QuotedLength(sql.substr(i));
+      continue;
+    }
+    if (!IsNameCharacter(sql[i])) {
+      ++i;
+      continue;
+    }
+    const std::size_t begin = i;
+    while (i < sql.size() && IsNameCharacter(sql[i])) ++i;
+    const std::size_t bracket = sql.find_first_not_of(" \t\r\n", i);
+    if (LowerCase(sql.substr(begin, i - begin)) == kName && bracket != std::string_view::npos &&
+        sql[bracket] == '(' && HasOneArgument(sql.substr(bracket + 1))) {
+      return true;
+    }
+  }
+  return false;
 }
 
 class QueryReader {
@@ -119,10 +170,16 @@ class QueryReader {
 
 QueryTable::QueryTable(const std::filesystem::path& file, const std::string& query, bool progress)
     : name_(Utf8(file)),
+      query_(query),
       database_(file, Database::Mode::kRead),
       statement_(database_, query, &rest_),
       progress_(progress) {
   CheckStatement(statement_, rest_, name_ + ": ");
+}
+
+std::vector<std::string> QueryTable::Notes() const {
+  if (!CallsCommonLogarithm(query_)) return {};
+  return {"log() in the query is the logarithm to the base 10; the natural one is ln()"};
 }
 
 TableHeader QueryTable::ReadHeader() const {

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "base/database.h"
 #include "tavolite/tables/plan.h"
@@ -18,11 +19,14 @@ class QueryTable {
  public:
   QueryTable(const std::filesystem::path& file, const std::string& query, bool progress);
 
+  // Nothing when there is nothing to say about the query.
+  [[nodiscard]] std::vector<std::string> Notes() const;
   [[nodiscard]] TableHeader ReadHeader() const;
   TableRows ReadRows(const TablePlan& plan);
 
  private:
   std::string name_;
+  std::string query_;
   Database database_;
   std::string_view rest_;  // of the query, behind the statement
   Statement statement_;

@@ -2,7 +2,9 @@
 
 #include <filesystem>
 #include <fstream>
+#include <string>
 #include <system_error>
+#include <vector>
 
 #include "base/database.h"
 #include "base/input_error.h"
@@ -43,7 +45,10 @@ TableModel ReadTextFile(const SolveOptions& options) {
 TableModel ReadDatabase(const SolveOptions& options) {
   try {
     QueryTable table(options.input, options.table.query, !options.quiet);
-    return Read(table, options.table);
+    TableModel made = Read(table, options.table);
+    const std::vector<std::string> notes = table.Notes();
+    made.notes.insert(made.notes.begin(), notes.begin(), notes.end());
+    return made;
   } catch (const DatabaseError& error) {
     throw InputError(error.what());
   }

@@ -119,12 +119,24 @@ std::string_view WithoutMark(std::string_view text, const std::string& name) {
   return text.starts_with("\xEF\xBB\xBF") ? text.substr(3) : text;
 }
 
+std::string SeparatorName(char separator) {
+  return separator == '\t' ? "a tab" : std::string("'") + separator + "'";
+}
+
+// What stands in a header that was taken for one column.
+std::string LikelySeparator(const std::vector<std::string>& names) {
+  for (const char separator : {';', '\t', ',', '|'}) {
+    if (names.empty() || names[0].find(separator) == std::string::npos) continue;
+    return (separator == '\t' ? "tab" : SeparatorName(separator)) + " takes the file apart";
+  }
+  return "sets another";
+}
+
 void CheckHeader(const TableHeader& header, char separator) {
   const auto& [names, where] = header;
   if (names.size() < 2) {
-    const std::string shown = separator == '\t' ? "a tab" : std::string("'") + separator + "'";
-    throw InputError(where + "only one column, with " + shown +
-                     " as the separator (--separator sets another)");
+    throw InputError(where + "only one column, with " + SeparatorName(separator) +
+                     " as the separator (--separator " + LikelySeparator(names) + ')');
   }
   if (std::all_of(names.begin(), names.end(), [](const std::string& name) {
         return ParseNumber(name).kind == NumberKind::kNumber;

@@ -78,11 +78,6 @@ struct Mistake {
 const Mistake kMistakes[] = {
     {"Nothing", {}, "a command is missing: solve or show"},
     {"NoSuchCommand", {"sovle", "x"}, "there is no command \"sovle\"; the commands are solve and"},
-    {"FileWithoutCommand", {"data.CSV", "--response", "y"}, "mean \"tavolite solve data.CSV\"?"},
-    {"ResultsWithoutCommand", {"linfit.tdx"}, "did you mean \"tavolite show linfit.tdx\"?"},
-    {"NoSuchOption",
-     {"solve", "t.csv", "--fcator", "y"},
-     "option --fcator; the nearest is --facto"},
     {"PartOfAnOption",
      {"solve", "t.csv", "--sep=;"},
      "no option --sep; the nearest is --separator"},
@@ -100,14 +95,11 @@ const Mistake kMistakes[] = {
     {"Separator",
      {"solve", "t.csv", "--separator", "ab"},
      "--separator: \"ab\" is not a separator"},
-    {"Missing", {"solve", "none.csv"}, "none.csv: there is no such file"},
-    {"UnknownSuffix", {"solve", "t.dat"}, "t.dat: the suffix does not tell the format (known are"},
     {"TableOptionForModel",
      {"solve", "m.mod", "--drop", "x"},
      "the options for tables don't apply"},
     {"ModelOptionForTable", {"solve", "t.csv", "--data", "t.dat"}, "are not for tables"},
     {"DataForLp", {"solve", "m.lp", "--data", "t.dat"}, "--data is for MathProg models only"},
-    {"NoQuery", {"solve", "t.db"}, "an SQLite file needs --query"},
     {"QueryForText", {"solve", "t.csv", "--query", "s"}, "--query is for SQLite files only"},
 };
 

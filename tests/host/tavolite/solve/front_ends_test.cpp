@@ -67,8 +67,8 @@ TEST(FrontEnds, GiveTheSameFigures) {
   EXPECT_EQ(refused.exit_code, 1);
   EXPECT_TRUE(refused.err.starts_with(
       "tavolite: the solver ended without a solution: maxn limit exceeded\n"
-      "tavolite: 4 observations, MAXN is 3: put \"MAXN 4\" into the option file\n"
-      "tavolite: linfit.tdx is of an earlier run, of 2"))
+      "tavolite: 4 observations, MAXN is 3: put \"MAXN 4\" into the option file, or leave it out\n"
+      "tavolite: linfit.tdx is of an earlier run, of m at 2"))
       << refused.err;
 }
 

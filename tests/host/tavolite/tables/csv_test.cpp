@@ -80,7 +80,7 @@ const Records kRecords[] = {
     // The error is in the line where its field starts.
     {"NotANumber", "-n", "\"a\nb\",\"1\n2\"\n",
      "after 1: column \"c2\": \"1\\x0a2\" is not a number (text columns need --label, --factor or "
-     "--drop)"},
+     "--drop; a missing value is an empty field or NA)"},
     {"TooLarge", "nn", "1,-1e999\n",
      "after 0: column \"c2\": \"-1e999\" is beyond the range of a double"},
     {"NotUtf8", "nl", "1,\xC3\n", "after 0: column \"c2\": \"\\xc3\" is not valid UTF-8"},

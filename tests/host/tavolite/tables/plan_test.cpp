@@ -62,7 +62,6 @@ const Choice kChoices[] = {
     {"FactorAmongTheRegressors", Table({"f,x"}, {}, {}, {"f"}), "f:f0 x:n1 |"},
     {"LabelAsRegressorToo", Table({"x,z"}, {}, {"z"}), "x:n1 z:n2 | z:0"},
     {"ResponseAsLabelToo", Table({"x"}, {}, {"y"}), "x:n1 | y:0"},
-    {"NoResponse", {}, "t:1: a table needs --response with the name of the dependent column"},
     {"UnknownColumn", Table({"x,w"}),
      "t:1: --regressors: there is no column \"w\"; the columns are y, x, z, a,b, , f"},
     {"NamedTwice", Table({"x", "x"}), "t:1: --regressors: the column \"x\" is named twice"},

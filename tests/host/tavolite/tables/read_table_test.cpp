@@ -82,8 +82,6 @@ TEST(ReadTableTest, SignsNamesAndOptionFile) {
   EXPECT_EQ(made.model.row_types[3], RowType::kFree);
   EXPECT_EQ(made.model.objective_row, 3);
   EXPECT_EQ(made.model.columns[0].values, std::vector<double>{1.0});
-  EXPECT_EQ(made.option_file,
-            "* Written by tavolite to fit the table\nADD_CONSTANT_TERM 2\nMAXN 3\nMAXP 3\n");
   EXPECT_TRUE(made.notes.empty());
 }
 
@@ -115,7 +113,8 @@ TEST(ReadTableTest, LabelsKeyTheRows) {
   EXPECT_EQ(Rows(made.model)[2], R"(fit('a,"b"',2002): y=4 x=6)");
   EXPECT_EQ(made.notes.size(), 1U);  // the empty label
   EXPECT_EQ(Failure("land,year,y,x\nA,1,1,2\n\nB,1,2,3\nA,2,3,4\nA ,1,3,5\n", options),
-            "t.csv:6: the label \"A,1\" is the same as at t.csv:2");
+            "t.csv:6: the label \"A,1\" is the same as at t.csv:2 (--label takes several columns, "
+            "or none for the row's number)");
   options.regressors = {"x", "year"};  // a label may be a regressor too
   EXPECT_EQ(Rows(FromText("land,year,y,x\nA,1,1,2\nB,1,2,3\nC,2,2,3\n", options).model)[2],
             "fit(C,2): y=2 x=3 year=2");
@@ -143,12 +142,12 @@ TEST(ReadTableTest, ChoiceOfColumnsAndIntercept) {
   options.regressors = {"c", "a,b"};
   made = FromText(text, options);
   EXPECT_EQ(Rows(made.model)[0], "fit(1): y=1 c=3 a,b=2");
+  options = Response("y");
+  options.factors = {"f", "g"};
   options.intercept = Intercept::kNever;
-  EXPECT_EQ(FromText(text, options).option_file,
-            "* Written by tavolite to fit the table\nADD_CONSTANT_TERM 0\nMAXN 3\nMAXP 2\n");
-  options.intercept = Intercept::kAlways;
-  EXPECT_EQ(FromText(text, options).option_file,
-            "* Written by tavolite to fit the table\nADD_CONSTANT_TERM 1\nMAXN 3\nMAXP 3\n");
+  made = FromText("y,f,g\n1,b,1\n2,a,2\n3,c,1\n4,a,2\n5,b,1\n", options);
+  EXPECT_EQ(Rows(made.model)[1], "fit(2): y=2 f=a=1 g=2=1");
+  EXPECT_EQ(made.notes[0], "factor f: 3 levels, each with a coefficient: there is no intercept");
   // A regressor may be named like a symbol of the model or like a row.
   made = FromText("y,2,rss\n1,2,4\n2,3,4\n3,3,5\n", Response("y"));
   EXPECT_EQ(Rows(made.model)[1], "fit(2): y=2 2=3 rss=4");
@@ -210,7 +209,7 @@ TEST(ReadTableTest, QueriesGiveTheSameAsText) {
   } cases[] = {
       {"select y, x from bad",
        ": row 2: column \"x\": \"two\" is not a number (text columns need --label, --factor or "
-       "--drop)"},
+       "--drop; a missing value is an empty field or NA)"},
       {"select y, x from bad where y <> 2", ": row 2: column \"x\" holds a blob"},
       {"select y, y * 1e999 as x from bad", ": row 1: column \"x\": \"Inf\" is not finite"},
       {"select y, x from bad where 0", ": the table has no rows"},
