@@ -11,7 +11,6 @@
 namespace chain {
 namespace {
 
-using testing_support::ReadFile;
 using testing_support::WriteFile;
 
 // Number of correct digits: minus the decimal logarithm of the relative error, of the absolute one

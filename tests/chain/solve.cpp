@@ -8,7 +8,6 @@ using testing_support::FromUtf8;
 using testing_support::Lines;
 using testing_support::ReadFile;
 using testing_support::RunProgram;
-using testing_support::Utf8;
 using testing_support::WriteFile;
 
 std::filesystem::path Binary(const std::string& name) {

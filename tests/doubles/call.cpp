@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -121,7 +122,7 @@ std::string FromShort(const char* short_string) {
 void ToShort(const std::string& text, char* buffer) {
   const std::size_t length = std::min(text.size(), kShortStringLength);
   buffer[0] = static_cast<char>(static_cast<unsigned char>(length));
-  std::memcpy(buffer + 1, text.data(), length);
+  std::copy_n(text.begin(), length, buffer + 1);
 }
 
 Call::Call(const ObjectKind& kind, const void* handle, const char* function,

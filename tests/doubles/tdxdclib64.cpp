@@ -36,8 +36,8 @@ DOUBLES_EXPORT int tdxDataWriteStrStart(void* h, const char* symbol, const char*
 DOUBLES_EXPORT int tdxDataWriteStr(void* h, const char* keys, const double* values) {
   doubles::RequireLive(results_file, h, "tdxDataWriteStr");
   std::string line = "tdxDataWriteStr";
-  for (int k = 0; k < current_dimension; ++k) {
-    line.append(" ").append(doubles::Shown(FromShort(keys + 256 * k)));
+  for (int k = 0; k < current_dimension; ++k, keys += 256) {
+    line.append(" ").append(doubles::Shown(FromShort(keys)));
   }
   for (int k = 0; k < 5; ++k) line.append(" ").append(doubles::Shown(values[k]));
   doubles::Trace(line);

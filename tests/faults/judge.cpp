@@ -47,7 +47,7 @@ std::string ResultsText(const fs::path& file) {
 
 std::string Verdict::Leftover() const {
   for (const fs::directory_entry& entry : fs::recursive_directory_iterator(directory)) {
-    const std::string name = fs::relative(entry.path(), directory).string();
+    std::string name = fs::relative(entry.path(), directory).string();
     if (name.starts_with("temporary/") || name.find(".tmp") != std::string::npos ||
         name.find(".tdx-") != std::string::npos) {
       return name;

@@ -25,6 +25,7 @@ namespace {
 
 }  // namespace
 
+// NOLINTNEXTLINE(bugprone-exception-escape): the test that starts it sees that
 int main(int argc, char** argv) {
   if (argc != 4) return 2;
   const std::filesystem::path file = testing_support::FromUtf8(argv[1]);

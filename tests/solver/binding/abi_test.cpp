@@ -69,8 +69,8 @@ bool buffer_is_empty = false;
 int TakeKeys(Handle, const char* keys, const double* values) {
   received.clear();
   buffer_is_empty = keys[0] == '\0';
-  for (int k = 0; k < static_cast<int>(values[4]); ++k) {
-    received.append(FromShortString(keys + 256 * k)).append("|");
+  for (int k = 0; k < static_cast<int>(values[4]); ++k, keys += 256) {
+    received.append(FromShortString(keys)).append("|");
   }
   return 1;
 }

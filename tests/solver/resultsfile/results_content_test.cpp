@@ -54,7 +54,7 @@ RegressionResult Result() {
 }
 
 std::vector<RecordedSymbol> Record(NameTable coefficients, NameTable observations,
-                                   const RegressionResult& result, Failure expected = {}) {
+                                   const RegressionResult& result, const Failure& expected = {}) {
   KeyShape coefficient_shape;
   KeyShape observation_shape;
   AnalyseCoefficientKeys(coefficients, coefficient_shape);

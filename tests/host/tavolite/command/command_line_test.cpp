@@ -31,7 +31,7 @@ class CommandLine : public testing::Test {
       if (!word.empty() && std::filesystem::exists(directory / word)) word = Utf8(directory / word);
     }
     std::ostringstream out;
-    const auto asked = ParseCommandLine(words, out, err);
+    auto asked = ParseCommandLine(words, out, err);
     EXPECT_EQ(out.str(), "");
     return asked;
   }

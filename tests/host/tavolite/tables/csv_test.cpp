@@ -75,7 +75,7 @@ const Records kRecords[] = {
     {"TextBehindQuote", "nn", "1,\"2\" 3\n", "after 0: text behind the closing quote of a field"},
     {"NulExplainsMore", "nn", std::string("1,2\n3,\0004\n", 9),
      "0,0: 1 2; after 1: a NUL byte: this is not a text file"},
-    {"NulInUnused", "n-", std::string("1,\"a\n\0\"\n", 9),
+    {"NulInUnused", "n-", std::string("1,\"a\n\0\"\n", 8),
      "0,0: 1; after 1: a NUL byte: this is not a text file"},
     // The error is in the line where its field starts.
     {"NotANumber", "-n", "\"a\nb\",\"1\n2\"\n",
