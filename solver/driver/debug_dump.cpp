@@ -23,7 +23,7 @@ void WriteValue(SolverRun& run, double value, bool ends_line) {
 
 void WriteDebugDump(SolverRun& run) {
   const std::vector<double>& y = run.data.ResponseVector;
-  const std::vector<double>& a = run.data.DesignMatrix;
+  const auto& a = run.data.DesignMatrix;
   const std::size_t n = y.size();
   run.tev.tevStatCon(run.environment);
   run.tev.tevStat(run.environment, "MATRIX A:");

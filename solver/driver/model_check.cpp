@@ -25,7 +25,7 @@ void CheckSize(SolverRun& run) {
 }
 
 void Allocate(RegressionData& data) {
-  data.DesignMatrix.assign(ArraySize(data.n) * ArraySize(data.p), 0.0);
+  data.DesignMatrix.resize(ArraySize(data.n) * ArraySize(data.p));
   data.ResponseVector.assign(ArraySize(data.n), 0.0);
   data.CoefficientNames.records.reserve(ArraySize(data.p));
   data.ObservationNames.records.reserve(ArraySize(data.n));

@@ -1,5 +1,6 @@
 #include "estimation/statistics.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 
@@ -8,16 +9,22 @@
 namespace linfit {
 namespace {
 
+// A block of observations after the other, so that the sums of a block stay in the cache.
 void FillFittedAndResiduals(const RegressionData& data, RegressionResult& result) {
+  constexpr std::size_t kBlock = 1024;
   const std::vector<double>& y = data.ResponseVector;
   const std::size_t n = y.size();
   result.fitted.assign(n, 0.0);
-  const double* column = data.DesignMatrix.data();
-  for (std::size_t j = 0; j < result.estimate.size(); ++j, column += n) {
-    for (std::size_t i = 0; i < n; ++i) result.fitted[i] += column[i] * result.estimate[j];
-  }
   result.resid.resize(n);
-  for (std::size_t i = 0; i < n; ++i) result.resid[i] = y[i] - result.fitted[i];
+  for (std::size_t first = 0; first < n; first += kBlock) {
+    const std::size_t end = std::min(n, first + kBlock);
+    const double* column = data.DesignMatrix.data();
+    for (const double estimate : result.estimate) {
+      for (std::size_t i = first; i < end; ++i) result.fitted[i] += column[i] * estimate;
+      column += n;
+    }
+    for (std::size_t i = first; i < end; ++i) result.resid[i] = y[i] - result.fitted[i];
+  }
 }
 
 double SumOfSquaresAbout(double centre, const std::vector<double>& values) {
