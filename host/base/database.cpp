@@ -111,7 +111,8 @@ void Database::Distrust(int max_bytes) {
   sqlite3_limit(connection_, SQLITE_LIMIT_LENGTH, max_bytes);
   sqlite3_limit(connection_, SQLITE_LIMIT_COLUMN, kMaxColumns);
   Execute("PRAGMA cell_size_check = ON");
-  const std::int64_t size = Pragma(*this, "page_count") * Pragma(*this, "page_size");
+  std::error_code none;
+  const auto size = static_cast<std::int64_t>(std::filesystem::file_size(FromUtf8(name_), none));
   budget_ = std::make_unique<std::int64_t>(kFreeCalls + size * kStepsPerByte / kStepsPerCall);
   sqlite3_progress_handler(
       connection_, kStepsPerCall,

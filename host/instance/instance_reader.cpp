@@ -64,12 +64,11 @@ InstanceReader::InstanceReader(const std::filesystem::path& file) : file_(file),
   try {
     InContext(name_, [&] {
       ArrayTableReader arrays(database, file);
-      const std::int64_t stamp = ReadArrayHead(database).stamp;
       ReadHead(database, arrays);
       ReadPatterns(arrays);
       ReadColumns(arrays);
-      CheckAllValues(arrays, stamp);
-      arrays_.emplace(ArrayPath(file), stamp);
+      CheckAllValues(arrays);
+      arrays_.emplace(ArrayPath(file), arrays.Stamp());
     });
   } catch (const DatabaseError& error) {
     throw FileError(error.what());
@@ -165,11 +164,11 @@ void InstanceReader::CheckValuesFrom(ArrayReader& file, std::atomic<std::int64_t
   }
 }
 
-void InstanceReader::CheckAllValues(ArrayTableReader& arrays, std::int64_t stamp) {
+void InstanceReader::CheckAllValues(ArrayTableReader& arrays) {
   std::atomic<std::int64_t> next{0};
   Background helper;
   if (value_count_ >= kManyValues) {
-    helper.Start([&, stamp] {
+    helper.Start([&, stamp = arrays.Stamp()] {
       ArrayReader file(ArrayPath(file_), stamp);
       CheckValuesFrom(file, next);
     });

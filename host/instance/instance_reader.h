@@ -103,7 +103,7 @@ class InstanceReader {
   void ReadPatterns(ArrayTableReader& arrays);
   void ReadColumns(ArrayTableReader& arrays);
   void CheckValuesFrom(ArrayReader& file, std::atomic<std::int64_t>& next) const;
-  void CheckAllValues(ArrayTableReader& arrays, std::int64_t stamp);
+  void CheckAllValues(ArrayTableReader& arrays);
 
   std::filesystem::path file_;
   std::string name_;  // of the file, for messages

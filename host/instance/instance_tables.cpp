@@ -25,7 +25,10 @@ CREATE TABLE head_and_tail(code INTEGER PRIMARY KEY, value REAL);
 Database OpenInstance(const std::filesystem::path& file, Database::Mode mode) {
   try {
     Database database(file, mode);
-    database.Execute("PRAGMA trusted_schema = OFF; PRAGMA cell_size_check = ON;");
+    constexpr int kMaxValueBytes = 1'000'000;
+    database.Distrust(kMaxValueBytes);
+    // One lock for all that is read instead of one for each statement.
+    if (mode == Database::Mode::kRead) database.Execute("PRAGMA locking_mode = EXCLUSIVE");
     if (Pragma(database, "application_id") != kApplicationId) {
       throw FileError(Utf8(file) + ": not an instance");
     }
@@ -60,8 +63,8 @@ void ArrayTableWriter::End() {
 }
 
 ArrayTableReader::ArrayTableReader(Database& database, const std::filesystem::path& instance)
-    : file_(ArrayPath(instance), ReadArrayHead(database).stamp) {
-  if (const std::int64_t bytes = ReadArrayHead(database).bytes; bytes > file_.Size()) {
+    : head_(ReadArrayHead(database)), file_(ArrayPath(instance), head_.stamp) {
+  if (head_.bytes > file_.Size()) {
     throw FileError(Utf8(ArrayPath(instance)) + ": is cut short");
   }
   Statement row(database, "SELECT name, type, count, offset FROM array");

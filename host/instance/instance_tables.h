@@ -98,10 +98,12 @@ class ArrayTableReader {
     file_.Read(place.offset, std::as_writable_bytes(std::span(values)));
     return values;
   }
+  [[nodiscard]] std::int64_t Stamp() const { return head_.stamp; }
   [[nodiscard]] ArrayReader& File() { return file_; }
 
  private:
   std::map<std::string, Place, std::less<>> places_;
+  ArrayHead head_;
   ArrayReader file_;
 };
 

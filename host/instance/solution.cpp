@@ -77,10 +77,9 @@ void WriteSolution(const Solution& solution, const std::filesystem::path& instan
     ArrayReader check(ArrayPath(instance), head.stamp);
     if (check.Size() < head.bytes) throw FileError("the file of arrays is cut short");
     // An interrupted process leaves a journal behind that takes a transaction back; the machine's
-    // own end may lose the whole solve anyway. No solution counts while its arrays are being
-    // written.
-    database.Execute("PRAGMA synchronous = OFF; DELETE FROM solution; BEGIN IMMEDIATE;");
-    ArrayWriter file = ArrayWriter::Behind(ArrayPath(instance), head.bytes);
+    // own end may lose the whole solve anyway. An older solution stays where it is until then.
+    database.Execute("PRAGMA synchronous = OFF; BEGIN IMMEDIATE; DELETE FROM solution;");
+    ArrayWriter file = ArrayWriter::Behind(ArrayPath(instance), check.Size());
     {
       ArrayTableWriter arrays(database, file);
       WritePart(arrays, "row", solution.rows);

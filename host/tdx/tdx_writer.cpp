@@ -94,13 +94,17 @@ void TdxWriter::EndSymbol() {
 void TdxWriter::WriteSymbols(const std::vector<TdxSymbolInfo>& symbols) {
   const std::vector<std::string> views = TdxViewNames(symbols);
   Statement insert(database_, "INSERT INTO tdx_symbol VALUES(?, ?, ?, ?, ?, ?, ?, ?)");
+  // A view is a text in the schema. To have SQLite compile each one before it stores the text would
+  // take longer than all else that a small file needs.
+  database_.Execute("PRAGMA writable_schema = ON");
+  Statement add_view(database_, "INSERT INTO sqlite_schema VALUES('view', ?1, ?1, 0, ?2)");
   for (std::size_t i = 0; i < symbols.size(); ++i) {
     const TdxSymbolInfo& symbol = symbols[i];
     insert.Bind(1, static_cast<std::int64_t>(i + 1)).Bind(2, symbol.name).Bind(3, symbol.text);
     insert.Bind(4, std::int64_t{symbol.dimension}).Bind(5, std::int64_t{symbol.type});
     insert.Bind(6, std::int64_t{symbol.user_info}).Bind(7, symbol.records).Bind(8, views[i]);
     insert.Run();
-    database_.Execute(TdxViewDefinition(views[i], i + 1, symbol.dimension));
+    add_view.Bind(1, views[i]).Bind(2, TdxViewDefinition(views[i], i + 1, symbol.dimension)).Run();
   }
 }
 
