@@ -39,7 +39,7 @@ int Run(std::vector<std::string> words) {
 int main(int argc, char** argv) {
   try {
     host::EndOnInterrupt();
-    host::UseUtf8Console();
+    host::UseUtf8Streams();
     return Run(host::Utf8Arguments(argc, argv));
   } catch (const std::exception& failure) {
     host::PrintFailure(failure, std::cerr);

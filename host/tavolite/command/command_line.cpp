@@ -122,7 +122,8 @@ void AddTableOptions(CLI::App& solve, TableOptions& table) {
 
 CLI::App* AddSolve(CLI::App& app, SolveOptions& options, std::optional<InputFormat>& format) {
   CLI::App* solve = app.add_subcommand("solve", "Estimate a regression and return its solution");
-  AddPath(*solve, "MODEL", options.input, "The model's file")->required();
+  AddPath(*solve, "MODEL", options.input, "The file of the model or table; - is standard input")
+      ->required();
   AddChoice(*solve, "--format", format, InputFormats(),
             "Format of the model (default: by its suffix)");
   AddPath(*solve, "--data", options.data, "Data file of a MathProg model");

@@ -32,6 +32,11 @@ bool HasWord(std::string_view words, const std::string& word) {
          (" " + std::string(words) + " ").find(" " + word + " ") != std::string::npos;
 }
 
+// Whether it is a table of lines.
+bool IsText(InputFormat format) {
+  return format == InputFormat::kCsv || format == InputFormat::kTsv;
+}
+
 }  // namespace
 
 std::vector<std::pair<std::string, InputFormat>> InputFormats() {
@@ -40,10 +45,30 @@ std::vector<std::pair<std::string, InputFormat>> InputFormats() {
   return formats;
 }
 
+bool IsStandardInput(const std::filesystem::path& input) {
+  return input == "-";
+}
+
+bool IsPacked(const std::filesystem::path& input) {
+  return LowerCase(Utf8(input.extension())) == ".gz";
+}
+
+std::string InputName(const std::filesystem::path& input) {
+  return IsStandardInput(input) ? "standard input" : Utf8(input);
+}
+
+std::string ModelName(const std::filesystem::path& input) {
+  if (IsStandardInput(input)) return "stdin";
+  return Utf8(IsPacked(input) ? input.stem().stem() : input.stem());
+}
+
 std::optional<InputFormat> InputFormatOf(const std::filesystem::path& file) {
-  const std::string suffix = LowerCase(Utf8(file.extension()));
+  const bool is_packed = IsPacked(file);
+  const std::string suffix =
+      LowerCase(Utf8(is_packed ? file.stem().extension() : file.extension()));
   for (const Format& entry : kFormats) {
-    if (HasWord(entry.suffixes, suffix)) return entry.format;
+    if (!HasWord(entry.suffixes, suffix)) continue;
+    if (!is_packed || IsText(entry.format)) return entry.format;
   }
   return std::nullopt;
 }
@@ -63,8 +88,7 @@ std::string KnownSuffixes() {
 }
 
 bool IsTable(InputFormat format) {
-  return format == InputFormat::kCsv || format == InputFormat::kTsv ||
-         format == InputFormat::kSqlite;
+  return IsText(format) || format == InputFormat::kSqlite;
 }
 
 }  // namespace host

@@ -13,6 +13,15 @@ namespace host {
 
 std::vector<std::pair<std::string, InputFormat>> InputFormats();
 
+// "-", which stands for standard input.
+bool IsStandardInput(const std::filesystem::path& input);
+// With the suffix .gz.
+bool IsPacked(const std::filesystem::path& input);
+// For messages.
+std::string InputName(const std::filesystem::path& input);
+// The input's name without directory and suffixes.
+std::string ModelName(const std::filesystem::path& input);
+
 // Nothing when the suffix does not tell.
 std::optional<InputFormat> InputFormatOf(const std::filesystem::path& file);
 

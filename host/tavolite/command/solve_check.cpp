@@ -18,6 +18,13 @@ void CheckInputFile(const fs::path& file) {
 }
 
 InputFormat ChooseFormat(const SolveOptions& options, std::optional<InputFormat> stated) {
+  const bool is_text = stated == InputFormat::kCsv || stated == InputFormat::kTsv;
+  if (IsStandardInput(options.input) && !is_text) {
+    throw InputError("standard input gives tables: it needs --format csv or --format tsv");
+  }
+  if (IsPacked(options.input) && stated && !is_text) {
+    throw InputError(Utf8(options.input) + ": only tables of lines are read packed: unpack it");
+  }
   if (stated) return *stated;
   if (const std::optional<InputFormat> format = InputFormatOf(options.input)) return *format;
   if (!options.table.query.empty()) return InputFormat::kSqlite;
@@ -59,7 +66,7 @@ void CheckForModel(const SolveOptions& options, InputFormat format) {
 
 InputFormat CheckSolve(const SolveOptions& options, std::optional<InputFormat> stated) {
   // That a file is not there says more than its suffix would.
-  CheckInputFile(options.input);
+  if (!IsStandardInput(options.input)) CheckInputFile(options.input);
   for (const fs::path& file : {options.data, options.option_file}) {
     if (!file.empty()) CheckInputFile(file);
   }

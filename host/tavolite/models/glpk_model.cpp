@@ -9,6 +9,7 @@
 
 #include "base/input_error.h"
 #include "base/text_file.h"
+#include "tavolite/command/input_format.h"
 #include "tavolite/models/glpk_objective.h"
 #include "tavolite/models/mathprog_reader.h"
 #include "tavolite/models/mathprog_sides.h"
@@ -230,7 +231,7 @@ Model ReadGlpkModel(const SolveOptions& options, const std::filesystem::path& sc
     const Objective objective = is_mathprog ? FindMathProgObjective(problem.get())
                                             : RestoreObjective(session, problem.get(), notes);
     const RowNumbers numbers(problem.get(), objective);
-    model.name = Utf8(options.input.stem());
+    model.name = ModelName(options.input);
     model.objective_row = numbers.Objective();
     DictionaryBuilder dictionary(model.dictionary);
     AddRows(problem.get(), numbers, sign, objective, style, dictionary, model);

@@ -183,9 +183,8 @@ void KeepRunFacts(Session& session, const ModelNames& names, int process, const 
   if (log.ResultsFile().empty()) return;
   const WithoutInterrupt now;
   try {
-    AddRunFacts(
-        FromUtf8(log.ResultsFile()), process,
-        {names.model, session.options.table.response, names.condition, names.warnings});
+    AddRunFacts(FromUtf8(log.ResultsFile()), process,
+                {names.model, session.options.table.response, names.condition, names.warnings});
   } catch (const std::exception& error) {
     session.err << "tavolite: warning: the results file does not name the model: "
                 << FailureText(error) << '\n';

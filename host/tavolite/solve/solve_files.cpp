@@ -6,6 +6,7 @@
 
 #include "base/input_error.h"
 #include "base/text_file.h"
+#include "tavolite/command/input_format.h"
 #include "tavolite/system/program.h"
 #include "tdx/tdx_file.h"
 
@@ -29,7 +30,8 @@ bool IsSameFile(const fs::path& a, const fs::path& b) {
 }
 
 std::vector<Role> ReadFiles(const SolveOptions& options, const fs::path& solver) {
-  std::vector<Role> files{{options.input, Utf8(options.input)}, {solver, "the solver"}};
+  std::vector<Role> files{{solver, "the solver"}};
+  if (!IsStandardInput(options.input)) files.push_back({options.input, Utf8(options.input)});
   if (options.format == InputFormat::kMathProg && options.data.empty()) {
     fs::path data = options.input;
     files.push_back({data.replace_extension(".dat"), Utf8(data)});
@@ -59,7 +61,7 @@ fs::path FindSolver(const SolveOptions& options) {
 }
 
 fs::path ChooseListing(const SolveOptions& options) {
-  return options.listing.empty() ? options.input.stem() += ".lst" : options.listing;
+  return options.listing.empty() ? FromUtf8(ModelName(options.input) + ".lst") : options.listing;
 }
 
 void CheckFiles(const SolveOptions& options, const fs::path& solver, const fs::path& listing,

@@ -18,7 +18,7 @@ std::filesystem::path ProgramFileName(const std::string& name);
 // The command line in UTF-8, the program's name first.
 std::vector<std::string> Utf8Arguments(int argc, char** argv);
 
-// Makes a console of this process take UTF-8.
-void UseUtf8Console();
+// Makes a console of this process take UTF-8, and standard input come as it is.
+void UseUtf8Streams();
 
 }  // namespace host

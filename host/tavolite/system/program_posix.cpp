@@ -14,6 +14,6 @@ std::vector<std::string> Utf8Arguments(int argc, char** argv) {
   return {argv, argv + argc};
 }
 
-void UseUtf8Console() {}
+void UseUtf8Streams() {}
 
 }  // namespace host

@@ -1,4 +1,8 @@
+#include <fcntl.h>
+#include <io.h>
 #include <windows.h>
+
+#include <cstdio>
 
 #include "tavolite/system/program.h"
 // After windows.h, which it needs.
@@ -30,7 +34,8 @@ std::vector<std::string> Utf8Arguments(int argc, char** argv) {
   return arguments;
 }
 
-void UseUtf8Console() {
+void UseUtf8Streams() {
+  _setmode(_fileno(stdin), _O_BINARY);
   SetConsoleOutputCP(CP_UTF8);
 }
 

@@ -1,15 +1,13 @@
 #include "tavolite/tables/read_table.h"
 
-#include <filesystem>
-#include <fstream>
 #include <string>
-#include <system_error>
 #include <vector>
 
 #include "base/database.h"
 #include "base/input_error.h"
-#include "base/text_file.h"
+#include "tavolite/command/input_format.h"
 #include "tavolite/tables/query_table.h"
+#include "tavolite/tables/table_stream.h"
 #include "tavolite/tables/text_table.h"
 
 namespace host {
@@ -23,20 +21,11 @@ TableModel Read(Table& table, const TableOptions& options) {
 }
 
 TableModel ReadTextFile(const SolveOptions& options) {
-  const std::string name = Utf8(options.input);
-  std::error_code code;
-  if (std::filesystem::is_directory(options.input, code)) {
-    throw InputError(name + ": is a directory");
-  }
-  std::ifstream stream;
-  stream.rdbuf()->pubsetbuf(nullptr, 0);  // blocks are read as they are
-  stream.open(options.input, std::ios::binary);
-  if (!stream) throw InputError(name + ": can't be opened");
-  const std::uintmax_t size = std::filesystem::file_size(options.input, code);
+  const TableStream input = OpenTable(options);
   const char usual = options.format == InputFormat::kTsv ? '\t' : ',';
-  TextTable table({.stream = &stream,
-                   .name = name,
-                   .size = code ? 0 : size,
+  TextTable table({.stream = input.stream.get(),
+                   .name = InputName(options.input),
+                   .size = input.size,
                    .separator = options.table.separator.value_or(usual),
                    .progress = !options.quiet});
   return Read(table, options.table);
@@ -59,7 +48,7 @@ TableModel ReadDatabase(const SolveOptions& options) {
 TableModel ReadTable(const SolveOptions& options) {
   TableModel made =
       options.format == InputFormat::kSqlite ? ReadDatabase(options) : ReadTextFile(options);
-  made.model.name = Utf8(options.input.stem());
+  made.model.name = ModelName(options.input);
   return made;
 }
 

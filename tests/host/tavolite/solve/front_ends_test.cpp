@@ -72,4 +72,16 @@ TEST(FrontEnds, GiveTheSameFigures) {
       << refused.err;
 }
 
+#ifndef _WIN32  // a shell
+TEST(FrontEnds, StandardInputIsATable) {
+  const TemporaryDirectory directory;
+  WriteFile(directory / "t.csv", "y,x\n1,2\n2,4\n3,7\n5,8\n");
+  const ProgramResult result =
+      RunProgram("/bin/sh", {"-c", "\"$0\" solve - --format csv --response y <t.csv", TAVOLITE},
+                 {.directory = directory.Path(), .environment = {}});
+  EXPECT_EQ(result.exit_code, 0) << result.err;
+  EXPECT_NE(ReadFile(directory / "stdin.lst").find("Solution of stdin"), std::string::npos);
+}
+#endif
+
 }  // namespace

@@ -1,6 +1,7 @@
 #include "tavolite/tables/read_table.h"
 
 #include <gtest/gtest.h>
+#include <zlib.h>
 
 #include <random>
 #include <sstream>
@@ -179,6 +180,31 @@ TEST(ReadTableTest, BlocksAndThreadsChangeNothing) {
       EXPECT_EQ(cut.notes, whole.notes);
     }
     EXPECT_EQ(Failure(with_errors, options, block), failure);
+  }
+}
+
+TEST(ReadTableTest, PackedFilesGiveTheSameAsText) {
+  const testing_support::TemporaryDirectory directory;
+  std::string text = "y,x\n";
+  for (int i = 0; i < 20000; ++i)
+    text += std::to_string(i * i % 101) + "," + std::to_string(i) + "\n";
+  const gzFile packed = gzopen(testing_support::Utf8(directory / "t.csv.gz").c_str(), "wb");
+  gzwrite(packed, text.data(), static_cast<unsigned>(text.size()));
+  gzclose(packed);
+  SolveOptions options{.input = directory / "t.csv.gz",
+                       .format = InputFormat::kCsv,
+                       .table = Response("y"),
+                       .quiet = true};
+  const TableModel made = ReadTable(options);
+  EXPECT_EQ(made.model.name, "t");
+  EXPECT_EQ(made.model.rhs, FromText(text, Response("y")).model.rhs);
+  std::filesystem::resize_file(options.input, std::filesystem::file_size(options.input) / 2);
+  try {
+    ReadTable(options);
+    ADD_FAILURE() << "read";
+  } catch (const InputError& error) {
+    EXPECT_EQ(error.what(),
+              testing_support::Utf8(options.input) + ": the packed file ends too early");
   }
 }
 
