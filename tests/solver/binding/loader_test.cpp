@@ -228,22 +228,6 @@ TEST_F(Loader, ALibraryThatMakesNoObject) {
       << "the last byte is the terminator's; what lies behind the field stays";
 }
 
-TEST_F(Loader, RecordsGoOutWithTheLabelsOfTheirSymbol) {
-  Tdx tdx;
-  ASSERT_TRUE(tdx.tdxCreate(handle_, message_));
-  Script("");
-  const std::array<std::string_view, 3> keys = {"key 0", "key 1  ", "key 2"};
-  tdx.tdxDataWriteStrStart(handle_, "rss", "text  ", 0, 1, 0);
-  EXPECT_EQ(tdx.tdxDataWriteStr(handle_, keys, {1.5, 0, 0, 0, 0.1}), 1);
-  tdx.tdxDataWriteStrStart(handle_, "resid", "", 2, 1, 0);
-  tdx.tdxDataWriteStr(handle_, keys, {-2});
-  EXPECT_THAT(Trace(), ElementsAre("tdxDataWriteStrStart \"rss\" \"text\" 0 1 0",
-                                   "tdxDataWriteStr 1.5 0 0 0 0.10000000000000001",
-                                   "tdxDataWriteStrStart \"resid\" \"\" 2 1 0",
-                                   "tdxDataWriteStr \"key 0\" \"key 1\" -2 0 0 0 0"));
-  tdx.tdxFree(handle_);
-}
-
 using LoaderDeathTest = Loader;
 
 TEST_F(LoaderDeathTest, FreeingWithoutAFreeEntryFailsAnAssertion) {

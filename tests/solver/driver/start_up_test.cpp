@@ -15,33 +15,11 @@ using Lines = std::vector<std::string>;
 
 TEST(StartUp, CallsInOrder) {
   const ScriptedRun run = RunSolver("");
-  const Lines expected = {"palXCreate",
-                          "palSetAuditLine",
-                          "tevXCreate",
-                          "tevInitEnvironmentLegacy",
-                          "tmoXCreate",
-                          "tmoRegisterEnvironment",
-                          "tmoLoadDataLegacy",
-                          "tmoIndexBaseSet",
-                          "tmoObjStyleSet",
-                          "tevLogStat",
-                          "palGetAuditLine",
-                          "tevStatAudit",
-                          "palGetAuditLine",
-                          "tevLog",
-                          "palXFree",
-                          "tevLogStat",
-                          "tevStat",
-                          "tmoM",
-                          "tmoN",
-                          "tmoPinfSet",
-                          "tmoMinfSet",
-                          "tmoOptFile",
-                          "tmoObjVar",
-                          "tmoObjRow",
-                          "tmoDictionary",
-                          "tmoDict",
-                          "tmoGetRhsOne"};
+  const Lines expected = Words(
+      "palXCreate palSetAuditLine tevXCreate tevInitEnvironmentLegacy tmoXCreate "
+      "tmoRegisterEnvironment tmoLoadDataLegacy tmoIndexBaseSet tmoObjStyleSet tevLogStat "
+      "palGetAuditLine tevStatAudit palGetAuditLine tevLog palXFree tevLogStat tevStat tmoM tmoN "
+      "tmoPinfSet tmoMinfSet tmoOptFile tmoObjVar tmoObjRow tmoDictionary tmoDict tmoGetRhsOne");
   Lines order = CallOrder(run);
   order.resize(expected.size());
   EXPECT_EQ(order, expected);

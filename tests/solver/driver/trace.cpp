@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <iterator>
+#include <sstream>
 
 namespace linfit {
 
@@ -20,6 +22,11 @@ Lines LinesOf(const ScriptedRun& run, const Lines& starts) {
     }
   }
   return found;
+}
+
+Lines Words(const std::string& text) {
+  std::istringstream stream(text);
+  return {std::istream_iterator<std::string>(stream), {}};
 }
 
 bool Contains(const Lines& lines, const std::string& line) {

@@ -11,6 +11,8 @@ namespace linfit {
 // The lines of the functions whose names start with one of `starts`.
 std::vector<std::string> LinesOf(const doubles::ScriptedRun& run,
                                  const std::vector<std::string>& starts);
+// Those of a text with blanks between them.
+std::vector<std::string> Words(const std::string& text);
 bool Contains(const std::vector<std::string>& lines, const std::string& line);
 // The calls that free objects, in order.
 std::vector<std::string> Freed(const doubles::ScriptedRun& run);

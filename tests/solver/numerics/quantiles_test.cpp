@@ -3,7 +3,6 @@
 #include <cstdlib>
 #include <limits>
 
-#include "numerics/confidence.h"
 #include "numerics/error_monitor.h"
 #include "numerics/gausin.h"
 #include "numerics/studin.h"
@@ -76,29 +75,6 @@ TEST(Studin, FaultsAndUndefinedValues) {
   EXPECT_EQ(StudinFailureText(0), "");
 }
 
-TEST(Studin, ConfidenceQuantiles) {
-  ErrorMonitor monitor;
-  // Exact values (30 digits, rounded) of the four levels.
-  const struct {
-    int df;
-    double t[4];
-    double bound;
-  } cases[] = {
-      {1, {6.313751514675043, 12.706204736174698, 25.45169957935, 63.65674116287}, 3e-8},
-      {2, {2.919985580353726, 4.302652729749464, 6.205346816570692, 9.924843200917}, 1e-12},
-      {10, {1.812461122811676, 2.2281388519649, 2.633766915720, 3.169272672616}, 5e-7},
-  };
-  for (const auto& row : cases) {
-    for (std::size_t i = 0; i < kConfidenceLevels.size(); ++i) {
-      int ifault = -1;
-      const double t = ConfidenceQuantile(kConfidenceLevels[i].level, row.df, ifault, monitor);
-      EXPECT_EQ(ifault, 0);
-      EXPECT_NEAR(t, -row.t[i], row.bound * row.t[i])
-          << row.df << ' ' << kConfidenceLevels[i].label;
-    }
-  }
-}
-
 TEST(Studin, UpperQuantileStopsOnFaults) {
   ErrorMonitor monitor;
   const auto unexpected = [](std::string_view) { ADD_FAILURE() << "stopped without a fault"; };
@@ -116,14 +92,6 @@ TEST(Studin, UpperQuantileStopsOnFaults) {
   };
   EXPECT_EQ(message_of(0.025, 0), "df incorrect in call to STUDIN");
   EXPECT_EQ(message_of(1.0, 7), "p incorrect in call to STUDIN");
-}
-
-TEST(StudinDeathTest, UpperQuantileNeverReturnsAfterAFault) {
-  ErrorMonitor monitor;
-  const auto ends = [](std::string_view) { std::exit(0); };
-  EXPECT_EXIT(UpperStudentQuantile(0.5, 0, monitor, ends), testing::ExitedWithCode(0), "");
-  const auto returns = [](std::string_view) {};
-  EXPECT_DEATH(UpperStudentQuantile(0.5, 0, monitor, returns), "");
 }
 
 TEST(Gausin, ReportsAnArgumentOutOfRange) {

@@ -133,16 +133,6 @@ TEST(ResultsContent, ConfidenceIntervals) {
   }
 }
 
-TEST(ResultsContent, FlatKeys) {
-  const auto symbols = Record(Names({"const", "income"}), Names({"y i", "z i", "y k"}), Result());
-  EXPECT_EQ(symbols[5].keys, (Texts{"const", "income"}));
-  EXPECT_EQ(symbols[9].head, "resid|residuals|1");
-  EXPECT_EQ(symbols[9].keys, (Texts{"r1", "r2", "r3"}));
-  EXPECT_EQ(symbols[11].head, "covar|variance-covariance matrix|2");
-  EXPECT_EQ(symbols[11].keys[1], "const.income");
-  EXPECT_EQ(symbols[12].keys[7], "99%.const.UP");
-}
-
 TEST(ResultsContent, NoDegreesOfFreedomEndTheIntervals) {
   RegressionResult result = Result();
   result.df = 0;
