@@ -75,6 +75,8 @@ else()
   set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
   set(CPACK_DEBIAN_PACKAGE_SECTION math)
   set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+  # Any LAPACK will do; this one is fast, and has no threads of its own.
+  set(CPACK_DEBIAN_PACKAGE_RECOMMENDS libopenblas0-serial)
   set(CPACK_DEBIAN_PACKAGE_HOMEPAGE "https://linfit.invalid/")
   set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
       "linfit fits linear least-squares regression models and writes a report
