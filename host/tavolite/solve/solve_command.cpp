@@ -125,7 +125,7 @@ ChildProcess::Exit RunSolver(Session& session, SolverLog& log) {
   const auto exit =
       session.running->RunSolver(session.solver, session.Scratch("control.txt"), on_output);
   log.End();
-  session.times.EndSolver(session.Scratch("timing.txt"));
+  if (!session.options.timing.empty()) session.times.EndSolver(session.Scratch("timing.txt"));
   return exit;
 }
 
