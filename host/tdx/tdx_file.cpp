@@ -49,11 +49,18 @@ bool HasTables(const fs::path& file) {
 // The whole row has room on one page of the file.
 constexpr std::size_t kMaxNameBytes = 255;
 constexpr std::size_t kMaxWarningBytes = 2000;
+constexpr std::size_t kMaxNoteBytes = 1000;
 
 std::string_view Cut(std::string_view text, std::size_t most) {
   std::size_t length = std::min(text.size(), most);
   while (length < text.size() && length > 0 && IsUtf8Continuation(text[length])) --length;
   return text.substr(0, length);
+}
+
+std::string Lines(const std::vector<std::string>& texts) {
+  std::string lines;
+  for (const std::string& text : texts) lines += text + '\n';
+  return lines;
 }
 
 }  // namespace
@@ -94,16 +101,16 @@ bool AddRunFacts(const fs::path& file, int process, const RunFacts& facts) {
   // The row stays on its page, which is written in one piece: no journal is needed that could stay
   // beside the file.
   database.Execute("PRAGMA journal_mode = MEMORY; PRAGMA synchronous = OFF");
-  std::string warnings;
-  for (const std::string& warning : facts.warnings) warnings += warning + '\n';
-  Statement update(database,
-                   "UPDATE tdx_file SET model = ?, response = ?, condition_number = ?, warnings = ?"
-                   " WHERE process = ?");
+  Statement update(
+      database,
+      "UPDATE tdx_file SET model = ?, response = ?, condition_number = ?, warnings = ?,"
+      " notes = ? WHERE process = ?");
   update.Bind(1, Cut(facts.model, kMaxNameBytes))
       .Bind(2, Cut(facts.response, kMaxNameBytes))
       .Bind(3, facts.condition_number)
-      .Bind(4, Cut(warnings, kMaxWarningBytes))
-      .Bind(5, std::int64_t{process})
+      .Bind(4, Cut(Lines(facts.warnings), kMaxWarningBytes))
+      .Bind(5, Cut(Lines(facts.notes), kMaxNoteBytes))
+      .Bind(6, std::int64_t{process})
       .Run();
   return sqlite3_changes(database.Connection()) > 0;
 }

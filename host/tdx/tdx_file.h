@@ -23,7 +23,7 @@ void PutTdxInPlace(const std::filesystem::path& file, const std::filesystem::pat
 
 // Adds them to the results file that the solver's process has just written. False when the file is
 // not that process's: another solve has written it meanwhile, or it is no results file. At most 255
-// bytes of each name and 2000 bytes of warnings are kept. Throws DatabaseError.
+// bytes of each name and 2000 bytes of warnings and 1000 of notes are kept. Throws DatabaseError.
 bool AddRunFacts(const std::filesystem::path& file, int process, const RunFacts& facts);
 
 }  // namespace host

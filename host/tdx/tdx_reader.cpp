@@ -86,6 +86,8 @@ void TdxReader::ReadHeader() {
       header_.run.condition_number = statement.Real(k);
     } else if (statement.ColumnName(k) == "warnings") {
       header_.run.warnings = LinesOf(statement.Text(k));
+    } else if (statement.ColumnName(k) == "notes") {
+      header_.run.notes = LinesOf(statement.Text(k));
     }
   }
 }

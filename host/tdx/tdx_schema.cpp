@@ -26,7 +26,7 @@ std::string RecordQuery(std::size_t symbol, int dimension, const char* join) {
 const char* const kTdxTables =
     "CREATE TABLE tdx_file(schema_version INTEGER NOT NULL, producer TEXT NOT NULL,"
     " library_version TEXT NOT NULL, created TEXT NOT NULL, process INTEGER, model TEXT,"
-    " response TEXT, condition_number REAL, warnings TEXT);"
+    " response TEXT, condition_number REAL, warnings TEXT, notes TEXT);"
     "CREATE TABLE tdx_symbol(number INTEGER PRIMARY KEY, name TEXT NOT NULL, text TEXT NOT NULL,"
     " dimension INTEGER NOT NULL, type INTEGER NOT NULL, user_info INTEGER NOT NULL,"
     " records INTEGER NOT NULL, view TEXT NOT NULL);"

@@ -34,6 +34,7 @@ struct RunFacts {
   std::string response;  // the dependent variable
   double condition_number = std::numeric_limits<double>::quiet_NaN();  // undefined: not known
   std::vector<std::string> warnings{};
+  std::vector<std::string> notes{};  // what was assumed or left out
 };
 
 // The statements that make the tables which every file has.

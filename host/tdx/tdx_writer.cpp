@@ -34,8 +34,8 @@ TdxWriter::TdxWriter(const std::filesystem::path& file, const std::string& produ
   database_.Execute("BEGIN");
   database_.Execute(kTdxTables);
   Statement(database_,
-            "INSERT INTO tdx_file"
-            " VALUES(?, ?, ?, strftime('%Y-%m-%dT%H:%M:%SZ', 'now'), ?, NULL, NULL, NULL, NULL)")
+            "INSERT INTO tdx_file(schema_version, producer, library_version, created, process)"
+            " VALUES(?, ?, ?, strftime('%Y-%m-%dT%H:%M:%SZ', 'now'), ?)")
       .Bind(1, std::int64_t{kTdxSchemaVersion})
       .Bind(2, producer)
       .Bind(3, library_version)

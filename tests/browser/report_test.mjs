@@ -57,6 +57,14 @@ async function checkFigures(page, expected) {
   }
 }
 
+// Coefficients stand in the order of their table, whatever their number.
+async function checkOrder(page) {
+  const height = (dot) => dot.getBoundingClientRect().y;
+  const dots = await page.$$("#intervals .points > *");
+  const heights = await Promise.all(dots.map((dot) => dot.evaluate(height)));
+  assert.deepEqual(heights, [...heights].sort((a, b) => a - b), "order of coefficients");
+}
+
 // The text of the tip over a figure's k-th point, whatever point is nearest to its centre.
 async function tipAt(page, id, k) {
   const figure = await page.$(`#${id}`);
@@ -127,6 +135,17 @@ test("without JavaScript: the numbers are there, and figures say what they need"
   await page.close();
 });
 
+test("a perfect fit: the page warns, and axes have powers of ten", async () => {
+  writeFileSync(at("perfect.csv"), ["x,y", ...Array.from({length: 20}, (_, i) => `${i},${1 + 2 * i}`), ""].join("\n"));
+  const page = await open(makeReport("perfect.csv", ["--response", "y"]));
+  assert.match(await page.$eval(".warnings", (section) => section.innerText), /essentially perfect/);
+  await checkOrder(page);
+  const ticks = await page.$$eval("#residuals svg text", (texts) => texts.map((text) => text.textContent));
+  assert.ok(ticks.some((tick) => /e[-−]1[0-9]/.test(tick)), String(ticks));
+  assert.ok(ticks.every((tick) => tick.length < 20), String(ticks));
+  await page.close();
+});
+
 test("factors and labels beyond ASCII", async () => {
   const cities = ["Zürich", "東京", "Київ", "القاهرة", "São Paulo"];
   const rows = cities.flatMap((city, c) => [0, 1, 2, 3].map((k) => `${city} ${k},${city},${c + k},${c * k + (k % 2)}`));
@@ -140,15 +159,18 @@ test("factors and labels beyond ASCII", async () => {
 test("hostile labels stay texts", async () => {
   const labels = [
     "<script>alert(1)</script>", "</script><img src=x onerror=alert(2)>", "<!--<script>", "&lt;b&gt;", `"'\`\${x}`,
-    "x".repeat(10000), "\u202Eabc", "' onmouseover='alert(3)", "plain", "other",
+    "x".repeat(63), "\u202Eabc", "' onmouseover='alert(3)", "plain", "other",
   ];
   const rows = labels.map((_, k) => `l${k},${k},${(k * k) % 7}`);
   writeFileSync(at("hostile.csv"), ["name,x,y", ...rows, ""].join("\n"));
   const quoted = (text) => `'${text.replaceAll("'", "''")}'`;
   const update = (from, to) => `update tdx_label set label = ${quoted(to)} where label = ${quoted(from)};`;
-  const change = labels.map((label, k) => update(`l${k}`, label)).join("") + update("x", "<b onclick=alert(4)>x</b>");
+  const change = labels.map((label, k) => update(`l${k}`, label)).join("") + update("x", "<b onclick=alert(4)>x</b>") +
+    `update tdx_file set model = ${quoted("<img src=x>" + "m".repeat(10000))};` +
+    `update tdx_file set warnings = ${quoted("<script>alert(5)</script>")};`;
   const page = await open(makeReport("hostile.csv", ["--response", "y", "--label", "name"], change));
   await checkFigures(page, {intervals: 2, residuals: 10, largest: 10});
+  await checkOrder(page);
   assert.equal(await count(page, "img, b"), 0);
   const shown = await page.$$eval("#largest tbody .label", (cells) => cells.map((cell) => cell.textContent));
   assert.deepEqual(shown.sort(), [...labels].sort());

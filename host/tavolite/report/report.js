@@ -19,7 +19,10 @@
     className: "plot",
   };
   const short = (text, length) => (text.length > length ? text.slice(0, length - 1) + "…" : text);
-  const format = (value) => Number(value.toPrecision(5)).toLocaleString("en", {maximumSignificantDigits: 5});
+  // Powers of ten where the digits would not fit an axis.
+  const isFar = (value) => Math.abs(value) >= 1e9 || (value !== 0 && Math.abs(value) < 1e-4);
+  const format = (value) =>
+    isFar(value) ? d3.format(".5~g")(value) : value.toLocaleString("en", {maximumSignificantDigits: 5});
   const describe = (i) =>
     [
       short(points.label[i], 60),
@@ -32,12 +35,24 @@
   const radius = rows.length > 2000 ? 1.8 : rows.length > 200 ? 3 : 4;
   const reference = {stroke: "var(--reference)", strokeDasharray: "4 3"};
   const smoothed = (curve) =>
-    Plot.line(curve.x, {x: curve.x, y: curve.y, stroke: "var(--smooth)", strokeWidth: 2.5, className: "smooth"});
+    Plot.line(curve.x, {
+      x: curve.x, y: curve.y, stroke: "var(--smooth)", strokeWidth: 2.5, className: "smooth", clip: true,
+    });
 
   // Puts a drawing into its figure in place of the note, and names it for who can't see it.
   function show(id, options, place, brushed) {
     const figure = document.getElementById(id);
-    const svg = Plot.plot({...frame, ...options, ariaLabel: figure.querySelector("h3").textContent});
+    const ariaLabel = figure.querySelector("h3").textContent;
+    const draw = () => Plot.plot({...frame, ...options, ariaLabel});
+    let svg = draw();
+    const far = ["x", "y"].filter((axis) => {
+      const {domain, type} = svg.scale(axis);
+      return type === "linear" && isFar(Math.max(...domain.map(Math.abs)) / 10);
+    });
+    if (far.length > 0) {
+      for (const axis of far) options[axis] = {...options[axis], tickFormat: ".4~g"};
+      svg = draw();
+    }
     svg.querySelector("style").remove();  // the page's style sheet has its rules; the policy refuses others
     svg.setAttribute("role", "img");
     svg.setAttribute("aria-describedby", `${id}-numbers`);
@@ -131,7 +146,7 @@
       marginLeft: 24 + 7.2 * longest,
       height: Math.max(frame.height, 80 + 22 * shown.length),
       x: {label: "Estimate / standard error", grid: true, nice: true},
-      y: {domain: shown, tickFormat: (j) => names.get(j), label: null, tickSize: 0},
+      y: {type: "point", domain: shown, tickFormat: (j) => names.get(j), label: null, tickSize: 0},
       marks: [
         Plot.ruleX([0], {stroke: "var(--reference)"}),
         Plot.ruleY(shown, {

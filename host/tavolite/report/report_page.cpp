@@ -281,9 +281,10 @@ FitOrigin Completed(FitOrigin origin, TdxReader& reader) {
   if (origin.response.empty()) origin.response = run.response;
   if (origin.warnings.empty()) origin.warnings = run.warnings;
   if (std::isnan(origin.condition)) origin.condition = run.condition_number;
-  if (std::ranges::count(origin.notes, kPerfectFitNote) == 0 && IsPerfectFit(reader)) {
-    origin.notes.emplace_back(kPerfectFitNote);
-  }
+  if (origin.notes.empty()) origin.notes = run.notes;
+  // On a page full of tests it warns.
+  const auto is_told = std::erase(origin.notes, kPerfectFitNote);
+  if (is_told > 0 || IsPerfectFit(reader)) origin.warnings.emplace_back(kPerfectFitNote);
   return origin;
 }
 

@@ -113,7 +113,9 @@ void PrintRunFacts(TdxReader& reader, std::string& text) {
     add("Condition number: ", ConditionText(run.condition_number));
   }
   for (const std::string& warning : run.warnings) add("Warning: ", warning);
-  if (IsPerfectFit(reader)) add("Note: ", kPerfectFitNote);
+  for (const std::string& note : run.notes) add("Note: ", note);
+  const bool is_told = std::ranges::count(run.notes, kPerfectFitNote) > 0;
+  if (!is_told && IsPerfectFit(reader)) add("Note: ", kPerfectFitNote);
 }
 
 std::string CoefficientsText(const ShowOptions& options, TdxReader& reader) {

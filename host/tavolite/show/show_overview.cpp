@@ -102,6 +102,7 @@ std::string JsonRunFacts(const RunFacts& run) {
     text += ",\"condition_number\":" + JsonNumber(run.condition_number);
   }
   if (!run.warnings.empty()) text += ",\"warnings\":" + JsonStrings(run.warnings);
+  if (!run.notes.empty()) text += ",\"notes\":" + JsonStrings(run.notes);
   return text;
 }
 

@@ -184,7 +184,8 @@ void KeepRunFacts(Session& session, const ModelNames& names, int process, const 
   const WithoutInterrupt now;
   try {
     AddRunFacts(FromUtf8(log.ResultsFile()), process,
-                {names.model, session.options.table.response, names.condition, names.warnings});
+                {names.model, session.options.table.response, names.condition, names.warnings,
+                 names.notes});
   } catch (const std::exception& error) {
     session.err << "tavolite: warning: the results file does not name the model: "
                 << FailureText(error) << '\n';

@@ -57,12 +57,13 @@ TEST_F(TdxFile, FactsOfTheRunAreAddedToItsOwnFileOnly) {
   EXPECT_EQ(TdxReader(file_).Header().run.model, "");
   EXPECT_FALSE(AddRunFacts(file_, CurrentProcessNumber() + 1, {"other", "z"}));
   EXPECT_TRUE(AddRunFacts(file_, CurrentProcessNumber(),
-                          {"longley.mod", std::string(300, 'y'), 12.5, {"one", "two"}}));
+                          {"longley.mod", std::string(300, 'y'), 12.5, {"one", "two"}, {"three"}}));
   const RunFacts facts = TdxReader(file_).Header().run;
   EXPECT_EQ(facts.model, "longley.mod");
   EXPECT_EQ(facts.response, std::string(255, 'y'));
   EXPECT_EQ(facts.condition_number, 12.5);
   EXPECT_EQ(facts.warnings, (std::vector<std::string>{"one", "two"}));
+  EXPECT_EQ(facts.notes, std::vector<std::string>{"three"});
   EXPECT_EQ(std::distance(fs::directory_iterator(directory_.Path()), {}), 1);
   // A file of an earlier release has no place for them.
   Execute(
