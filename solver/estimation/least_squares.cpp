@@ -72,7 +72,7 @@ int RoundedToInteger(double value) {
 }
 
 // DGELS rescales a matrix outside this range; such a problem is refused instead.
-Failure CheckScaling(const std::vector<double>& a) {
+Failure CheckScaling(const LargeArray& a) {
   const double largest = LargestMagnitude(a);
   const double smallest_safe = dlamch_("S", 1) / dlamch_("P", 1);
   const double largest_safe = 1.0 / smallest_safe;
@@ -96,7 +96,7 @@ void RequireRoomForBlas() {
 }
 
 // The symmetric p x p matrix whose upper triangle is that of `a` (leading dimension n).
-std::vector<double> SymmetricFromUpper(const std::vector<double>& a, std::size_t n, std::size_t p) {
+std::vector<double> SymmetricFromUpper(const LargeArray& a, std::size_t n, std::size_t p) {
   std::vector<double> c(p * p);
   for (std::size_t j = 0; j < p; ++j) {
     for (std::size_t i = 0; i <= j; ++i) c[i + j * p] = c[j + i * p] = a[i + j * n];
@@ -112,7 +112,8 @@ Failure SolveLeastSquares(const RegressionData& data, RegressionResult& result,
   const int p = data.p;
   const int one = 1;
   int info = 0;
-  std::vector<double> a(data.DesignMatrix.begin(), data.DesignMatrix.end());
+  LargeArray a(data.DesignMatrix.size());
+  std::copy(data.DesignMatrix.begin(), data.DesignMatrix.end(), a.begin());
   std::vector<double> b(data.ResponseVector);
 
   double best_size = 0.0;

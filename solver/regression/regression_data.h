@@ -4,43 +4,23 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
-#include <new>
 #include <vector>
 
 #include "regression/labelled_name.h"
+#include "regression/large_array.h"
 
 namespace linfit {
-
-// Memory that is zero when it comes: elements without a value of their own aren't written, which
-// for a large matrix would touch every page once more.
-template <class T>
-struct ZeroMemory {
-  using value_type = T;
-  T* allocate(std::size_t count) {
-    void* const place = std::calloc(count, sizeof(T));
-    if (place == nullptr) throw std::bad_alloc();
-    return static_cast<T*>(place);
-  }
-  void deallocate(T* place, std::size_t) { std::free(place); }
-  void construct(T*) {}
-  template <class Value>
-  void construct(T* place, const Value& value) {
-    *place = value;
-  }
-  bool operator==(const ZeroMemory&) const = default;
-};
 
 // Observation k is the k-th row of the model with the objective row left out; coefficient c is the
 // c-th column with the objective variable left out. An added intercept is the last column.
 struct RegressionData {
-  std::int32_t n = 0;  // number of observations
-  std::int32_t p = 0;  // number of coefficients, the intercept included
-  std::vector<double, ZeroMemory<double>> DesignMatrix;  // n x p, column-major, leading dimension n
-  std::vector<double> ResponseVector;                    // n
-  NameTable CoefficientNames;                            // p records
-  NameTable ObservationNames;                            // n records
-  bool has_intercept = false;  // DesignMatrix holds a column of ones, found or added
+  std::int32_t n = 0;                  // number of observations
+  std::int32_t p = 0;                  // number of coefficients, the intercept included
+  LargeArray DesignMatrix;             // n x p, column-major, leading dimension n
+  std::vector<double> ResponseVector;  // n
+  NameTable CoefficientNames;          // p records
+  NameTable ObservationNames;          // n records
+  bool has_intercept = false;          // DesignMatrix holds a column of ones, found or added
   // The option's value; the automatic value 2 becomes 1 when an intercept is added.
   std::int32_t AddConstantTerm = 2;
 };
