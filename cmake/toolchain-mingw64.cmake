@@ -5,8 +5,9 @@ set(CMAKE_C_COMPILER x86_64-w64-mingw32-gcc-posix)
 set(CMAKE_CXX_COMPILER x86_64-w64-mingw32-g++-posix)
 set(CMAKE_RC_COMPILER x86_64-w64-mingw32-windres)
 
-# Third-party libraries: packaging/windows-libraries builds them.
-set(LINFIT_WINDOWS_LIBRARIES ${CMAKE_CURRENT_LIST_DIR}/../build/windows-libraries)
+# Third-party libraries: packaging/windows-libraries builds them. Without "..", which CMake takes out of some paths when
+# it runs again, so that all would be built again.
+get_filename_component(LINFIT_WINDOWS_LIBRARIES ${CMAKE_CURRENT_LIST_DIR}/../build/windows-libraries ABSOLUTE)
 set(CMAKE_FIND_ROOT_PATH ${LINFIT_WINDOWS_LIBRARIES} /usr/x86_64-w64-mingw32)
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
