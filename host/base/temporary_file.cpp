@@ -65,22 +65,20 @@ fs::path Directory(const fs::path& target) {
 // enough to report: what can't be removed stays.
 template <class IsAbandoned>
 void RemoveFiles(const fs::path& target, IsAbandoned is_abandoned) {
-  std::error_code error;
   const std::string prefix = FileName(target) + ".tmp-";
-  fs::directory_iterator entry(Directory(target), error);
-  for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
-    const Owner owner = OwnerOf(FileName(entry->path()), prefix);
+  for (const fs::path& file : FilesIn(Directory(target))) {
+    const Owner owner = OwnerOf(FileName(file), prefix);
     std::error_code ignored;
-    if (owner.process > 0 && is_abandoned(owner, *entry)) fs::remove(entry->path(), ignored);
+    if (owner.process > 0 && is_abandoned(owner, file)) fs::remove(file, ignored);
   }
 }
 
 void RemoveAbandoned(const fs::path& target) {
   const auto oldest = fs::file_time_type::clock::now() - kAbandonedAge;
-  RemoveFiles(target, [&](const Owner& owner, const fs::directory_entry& entry) {
+  RemoveFiles(target, [&](const Owner& owner, const fs::path& file) {
     if (owner.is_here) return !ProcessExists(owner.process);
     std::error_code failed;
-    const auto written = entry.last_write_time(failed);
+    const auto written = fs::last_write_time(file, failed);
     return !failed && written < oldest;
   });
 }
@@ -103,7 +101,7 @@ fs::path CreateTemporaryFile(const fs::path& target) {
 }
 
 void RemoveTemporaryFiles(const fs::path& target, int number) {
-  RemoveFiles(target, [&](const Owner& owner, const fs::directory_entry& /*entry*/) {
+  RemoveFiles(target, [&](const Owner& owner, const fs::path& /*file*/) {
     return owner.is_here && owner.process == number;
   });
 }

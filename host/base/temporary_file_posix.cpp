@@ -1,3 +1,4 @@
+#include <dirent.h>
 #include <fcntl.h>
 #include <signal.h>
 #include <sys/stat.h>
@@ -5,6 +6,8 @@
 
 #include <cerrno>
 #include <fstream>
+#include <memory>
+#include <string_view>
 #include <system_error>
 
 #include "base/temporary_file.h"
@@ -33,6 +36,17 @@ std::string ProcessSpace() {
   struct stat status {};
   if (stat("/proc/self/ns/pid", &status) == 0) space += std::to_string(status.st_ino);
   return space;
+}
+
+std::vector<std::filesystem::path> FilesIn(const std::filesystem::path& directory) {
+  const std::unique_ptr<DIR, int (*)(DIR*)> stream(opendir(directory.c_str()), closedir);
+  std::vector<std::filesystem::path> files;
+  if (stream == nullptr) return files;
+  while (const dirent* entry = readdir(stream.get())) {
+    const std::string_view name = entry->d_name;
+    if (name != "." && name != "..") files.push_back(directory / name);
+  }
+  return files;
 }
 
 void CreateNew(const std::filesystem::path& file, const std::filesystem::path& like) {

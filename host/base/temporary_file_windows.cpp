@@ -25,6 +25,15 @@ std::string ProcessSpace() {
   return GetComputerNameA(name.data(), &size) != 0 ? name.data() : "";
 }
 
+std::vector<std::filesystem::path> FilesIn(const std::filesystem::path& directory) {
+  std::error_code failed;
+  std::vector<std::filesystem::path> files;
+  for (const auto& entry : std::filesystem::directory_iterator(directory, failed)) {
+    files.push_back(entry.path());
+  }
+  return files;
+}
+
 void CreateNew(const std::filesystem::path& file, const std::filesystem::path& /*like*/) {
   const HANDLE handle = CreateFileW(file.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
                                     FILE_ATTRIBUTE_NORMAL, nullptr);

@@ -1,6 +1,7 @@
 // The audit line: who solves, in which version.
 #include <string>
 
+#include "base/end_process.h"
 #include "base/short_string.h"
 #include "kervdclib/exports.h"
 
@@ -33,7 +34,8 @@ void palXFree(void** handle) {
 }
 
 void palSetAuditLine(void* handle, const char* line) {
-  host::Guarded([&] { static_cast<Audit*>(handle)->line = Printed(host::ShortStringText(line)); });
+  host::OrEnd("kervdclib64",
+              [&] { static_cast<Audit*>(handle)->line = Printed(host::ShortStringText(line)); });
 }
 
 void palGetAuditLine(void* handle, char* line) {

@@ -1,5 +1,6 @@
 #include "kervdclib/environment.h"
 
+#include <array>
 #include <cerrno>
 #include <cstdio>
 #include <new>
@@ -65,7 +66,7 @@ bool Environment::End() noexcept {
 bool Environment::EndFiles() {
   EndLine();
   if (const std::string reason = LeftFailure(); !reason.empty()) {
-    LastLine("*** " + reason);
+    LastLine(reason);
   }
   status_.Close();
   if (status_.fault != 0) ReportFault(control_.status_file, status_.fault);
@@ -144,15 +145,20 @@ void Environment::EndBlock() {
   status_.Flush();
 }
 
-void Environment::LastLine(std::string_view line) noexcept {
+void Environment::LastLine(std::string_view reason) noexcept {
+  constexpr std::size_t kLine = 512;
+  std::array<char, kLine> line;
+  std::snprintf(line.data(), line.size(), "*** %.*s", static_cast<int>(reason.size()),
+                reason.data());
   if (!initialized_) {
-    std::fprintf(stderr, "kervdclib64: %.*s\n", static_cast<int>(line.size()), line.data());
+    Report(line.data() + 4);
     return;
   }
   if (line_begun_) status_.stream << '\n';
-  status_.stream << line << '\n';
+  line_begun_ = false;
+  status_.stream << line.data() << '\n';
   status_.Flush();
-  Log(line);
+  Log(line.data());
 }
 
 double Environment::TimeDiff() {

@@ -40,9 +40,9 @@ class Environment {
   // could not be written as a whole; the reason is on standard error then.
   bool End() noexcept;
 
-  // A line to the status file and the log before the process ends; without files, to standard
-  // error. Allocates nothing.
-  void LastLine(std::string_view line) noexcept;
+  // "*** " and the reason as a line of the status file and the log before the process ends; without
+  // files, to standard error. Allocates nothing.
+  void LastLine(std::string_view reason) noexcept;
 
   // Seconds since the last call; the first time, since the environment was made.
   double TimeDiff();

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "base/end_process.h"
 #include "base/short_string.h"
 #include "base/text_file.h"
 #include "tptdclib/option_table.h"
@@ -21,6 +22,12 @@ std::string load_path;
 
 OptionTable& Of(void* handle) {
   return *static_cast<OptionTable*>(handle);
+}
+
+// Where memory runs out, the options would not be those of the user: the process ends.
+template <class Body>
+auto OrEnd(Body body) noexcept {
+  return host::OrEnd("tptdclib64", body);
 }
 
 }  // namespace
@@ -50,14 +57,13 @@ void CoptGetLoadPath(char* directory) {
 }
 
 int optReadDefinition(void* handle, const char* file) {
-  return Guarded(
-      1, [&] { return Of(handle).ReadDefinition(host::FromUtf8(ShortStringText(file))) ? 0 : 1; });
+  return OrEnd(
+      [&] { return Of(handle).ReadDefinition(host::FromUtf8(ShortStringText(file))) ? 0 : 1; });
 }
 
 int optReadParameterFile(void* handle, const char* file) {
-  return Guarded(1, [&] {
-    return Of(handle).ReadParameterFile(host::FromUtf8(ShortStringText(file))) ? 0 : 1;
-  });
+  return OrEnd(
+      [&] { return Of(handle).ReadParameterFile(host::FromUtf8(ShortStringText(file))) ? 0 : 1; });
 }
 
 void optEchoSet(void* handle, int on) {
@@ -81,10 +87,10 @@ void optGetMessage(void* handle, int number, char* text, int* kind) {
 }
 
 int optGetIntStr(void* handle, const char* key) {
-  return Guarded(0, [&] { return Of(handle).Integer(ShortStringText(key)); });
+  return OrEnd([&] { return Of(handle).Integer(ShortStringText(key)); });
 }
 
 void optGetStrStr(void* handle, const char* key, char* value) {
   ToShortString("", value);
-  Guarded([&] { ToShortString(Of(handle).Text(ShortStringText(key)), value); });
+  OrEnd([&] { ToShortString(Of(handle).Text(ShortStringText(key)), value); });
 }

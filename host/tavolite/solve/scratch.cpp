@@ -5,6 +5,8 @@
 #include <string_view>
 #include <system_error>
 
+#include "base/temporary_file.h"
+
 namespace host {
 namespace {
 
@@ -26,13 +28,11 @@ void RemoveWhole(const fs::path& directory) {
 // A directory that is to be kept has no lock.
 void RemoveAbandoned(const fs::path& parent) {
   const fs::path::string_type prefix = fs::path(kPrefix).native();
-  std::error_code error;
-  fs::directory_iterator entry(parent, error);
-  for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
+  for (const fs::path& file : FilesIn(parent)) {
     std::error_code ignored;
-    const bool ours = entry->path().filename().native().starts_with(prefix) &&
-                      fs::is_directory(entry->symlink_status(ignored));
-    if (ours && OwnerLock::IsAbandoned(entry->path() / kLock)) RemoveWhole(entry->path());
+    const bool ours = file.filename().native().starts_with(prefix) &&
+                      fs::is_directory(fs::symlink_status(file, ignored));
+    if (ours && OwnerLock::IsAbandoned(file / kLock)) RemoveWhole(file);
   }
 }
 
