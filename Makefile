@@ -20,7 +20,7 @@ help:
 	@echo 'make sanitizers    build with the sanitizers, then run the tests'
 	@echo 'make faults        run the programs with every call for memory and files failing once; prints a table'
 	@echo 'make fuzz          run each fuzz target for SECONDS (now $(SECONDS))'
-	@echo 'make clang         build with clang, which warns of other things than g++'
+	@echo 'make clang         build the programs with clang, which warns of other things than g++'
 	@echo 'make bench         run the solver beside R, Python, gretl and Octave; writes bench/RESULTS.md'
 	@echo 'make package       a Debian package and a Windows zip in build/packages; deb, zip: one of them'
 	@echo 'make try-packages  make both, unpack them in a scratch directory and solve an example'
@@ -42,7 +42,7 @@ test: build/release/build.ninja
 	@ctest --preset release
 
 clang: build/clang/build.ninja
-	@cmake --build --preset clang
+	@cmake --build --preset clang --target programs
 
 windows: build/windows/build.ninja
 	@cmake --build --preset windows --target programs
