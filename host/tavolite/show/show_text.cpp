@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cctype>
 #include <charconv>
 #include <cmath>
 #include <nlohmann/json.hpp>
@@ -34,14 +35,10 @@ bool IsNumber(std::string_view text) {
 bool LooksLikeFormula(std::string_view text) {
   constexpr std::array<std::string_view, 10> kStarts{"=",  "+",      "-",      "@",      "\t",
                                                      "\r", "\uFF1D", "\uFF0B", "\uFF0D", "\uFF20"};
+  if (text.empty() || std::isalnum(static_cast<unsigned char>(text.front())) != 0) return false;
   const bool starts = std::ranges::any_of(
       kStarts, [text](std::string_view start) { return text.starts_with(start); });
   return starts && !IsNumber(text);
-}
-
-std::string Dumped(const nlohmann::json& value) {
-  constexpr int kOneLine = -1;
-  return value.dump(kOneLine, ' ', false, nlohmann::json::error_handler_t::replace);
 }
 
 }  // namespace
@@ -70,11 +67,20 @@ std::string CsvField(std::string_view text, CsvCells cells) {
 }
 
 std::string JsonString(std::string_view text) {
-  return Dumped(text);
+  const bool is_plain = std::ranges::all_of(
+      text, [](char c) { return c >= ' ' && c < 0x7F && c != '"' && c != '\\'; });
+  if (is_plain) return std::string(1, '"').append(text).append(1, '"');
+  constexpr int kOneLine = -1;
+  return nlohmann::json(text).dump(kOneLine, ' ', false, nlohmann::json::error_handler_t::replace);
 }
 
 std::string JsonStrings(std::span<const std::string> texts) {
-  return Dumped(std::vector<std::string>(texts.begin(), texts.end()));
+  std::string array(1, '[');
+  for (const std::string& text : texts) {
+    if (array.size() > 1) array += ',';
+    array += JsonString(text);
+  }
+  return array += ']';
 }
 
 std::string JsonNumber(double value) {
