@@ -121,6 +121,9 @@ test("dark mode and print", async () => {
     assert.equal(Buffer.from(pdf.slice(0, 5)).toString(), "%PDF-");
     assert.ok(pdf.length > 20000, "an empty print");
     await page.emulateMediaType("print");
+    await page.setViewport({width: 680, height: 900});
+    const cut = (tables) => tables.filter((table) => table.scrollWidth > table.clientWidth).length;
+    assert.equal(await page.$$eval(".wide:not(details *)", cut), 0, "tables cut in print");
     assert.equal(await page.$eval("figure", (f) => getComputedStyle(f).backgroundColor), "rgb(255, 255, 255)");
     await page.close();
   }
@@ -175,7 +178,10 @@ test("hostile labels stay texts", async () => {
   const shown = await page.$$eval("#largest tbody .label", (cells) => cells.map((cell) => cell.textContent));
   assert.deepEqual(shown.sort(), [...labels].sort());
   for (const k of [0, 1, 4]) assert.ok((await tipAt(page, "residuals", k)).startsWith(labels[k]));
-  assert.ok(await page.evaluate(() => document.documentElement.scrollWidth <= innerWidth), "wider than the window");
+  for (const width of [1360, 390]) {
+    await page.setViewport({width, height: 900});
+    assert.ok(await page.evaluate(() => document.documentElement.scrollWidth <= innerWidth), `wider than ${width}`);
+  }
   await page.close();
 });
 
