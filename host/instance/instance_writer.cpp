@@ -196,7 +196,11 @@ void Write(const Model& model, const std::filesystem::path& file) {
 void RemoveInstance(const std::filesystem::path& file) noexcept {
   std::error_code ignored;
   std::filesystem::remove(file, ignored);
-  std::filesystem::remove(ArrayPath(file), ignored);
+  try {
+    std::filesystem::remove(ArrayPath(file), ignored);
+  } catch (const std::bad_alloc&) {
+    return;  // no memory for the path
+  }
 }
 
 void WriteInstance(const Model& model, const std::filesystem::path& file) {

@@ -39,6 +39,10 @@ struct Verdict {
   [[nodiscard]] std::string Leftover() const;
 };
 
+// Whether `text` is `whole` or, where a warning in `err` has said what is missing, what is left of
+// it: it says nothing else than `whole` does but that warning.
+bool IsPartOf(const std::string& text, const std::string& whole, const std::string& err);
+
 std::string ReadText(const std::filesystem::path& file);
 
 }  // namespace faults

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <vector>
 
 namespace host {
@@ -15,9 +16,6 @@ class Lapack {
   // Throws std::runtime_error when the library can't be loaded, std::bad_alloc when there is no
   // memory for its buffers.
   Lapack();
-  Lapack(const Lapack&) = delete;
-  Lapack& operator=(const Lapack&) = delete;
-  ~Lapack();
 
   // DGEQRF: QR of the `rows` x `columns` matrix `a`, column-major with the leading dimension `ld`.
   // R stands in its upper triangle, the reflections below.
@@ -33,7 +31,7 @@ class Lapack {
                           double* tau, double* work, const int* lwork, int* info);
   void Load();
 
-  void* library_ = nullptr;
+  std::shared_ptr<void> library_;  // unloaded, it gives back its buffers, which the solver needs
   Dgeqrf dgeqrf_ = nullptr;
   Dgeqp3 dgeqp3_ = nullptr;
 };

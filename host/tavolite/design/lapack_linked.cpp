@@ -14,6 +14,4 @@ void Lapack::Load() {
   dgeqp3_ = &::dgeqp3_;
 }
 
-Lapack::~Lapack() = default;
-
 }  // namespace host

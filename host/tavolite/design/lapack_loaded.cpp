@@ -18,15 +18,11 @@ Function Symbol(void* library, const char* name) {
 }  // namespace
 
 void Lapack::Load() {
-  library_ = dlopen("liblapack.so.3", RTLD_NOW | RTLD_LOCAL);
-  if (library_ == nullptr) throw std::runtime_error(dlerror());
-  dgeqrf_ = Symbol<Dgeqrf>(library_, "dgeqrf_");
-  dgeqp3_ = Symbol<Dgeqp3>(library_, "dgeqp3_");
-}
-
-// Unloaded, it gives back the memory of its buffers, which the solver needs.
-Lapack::~Lapack() {
-  dlclose(library_);
+  void* const library = dlopen("liblapack.so.3", RTLD_NOW | RTLD_LOCAL);
+  if (library == nullptr) throw std::runtime_error(dlerror());
+  library_ = {library, [](void* loaded) { dlclose(loaded); }};
+  dgeqrf_ = Symbol<Dgeqrf>(library, "dgeqrf_");
+  dgeqp3_ = Symbol<Dgeqp3>(library, "dgeqp3_");
 }
 
 }  // namespace host

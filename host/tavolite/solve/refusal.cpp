@@ -88,10 +88,13 @@ ModelFaults FindFaults(const Model& model) {
   return faults;
 }
 
+bool AddsIntercept(const ModelFaults& faults, const SolverOptions& options) {
+  return options.constant_term == 1 || (options.constant_term > 1 && !faults.has_constant);
+}
+
 std::string TooFewRows(const ModelFaults& faults, const SolverOptions& options) {
   if (faults.observations == 0) return "there is no observation: the model needs a row for each";
-  const bool adds_intercept =
-      options.constant_term == 1 || (options.constant_term > 1 && !faults.has_constant);
+  const bool adds_intercept = AddsIntercept(faults, options);
   if (faults.observations >= faults.coefficients + (adds_intercept ? 1 : 0)) return {};
   return Counted(faults.observations, "observation") + ", " +
          Counted(faults.coefficients, "coefficient") +

@@ -27,6 +27,9 @@ struct ModelFaults {
 
 ModelFaults FindFaults(const Model& model);
 
+// Whether the solver adds an intercept to such a model.
+bool AddsIntercept(const ModelFaults& faults, const SolverOptions& options);
+
 // What is wrong when there are fewer rows than the solver must have; empty when there are enough.
 std::string TooFewRows(const ModelFaults& faults, const SolverOptions& options);
 

@@ -30,23 +30,18 @@ bool AreEstimatesOf(const TdxRecords& estimates, const Solution& solution,
 
 }  // namespace
 
-std::optional<AddedIntercept> ReadAddedIntercept(const fs::path& results, const Solution& solution,
-                                                 std::int32_t objective_column) {
-  try {
-    TdxReader reader(results);
-    const TdxSymbolInfo& estimate = reader.Get("estimate");
-    // The objective's column makes room for the intercept's record behind the others.
-    if (estimate.records != static_cast<std::int64_t>(solution.columns.level.size())) return {};
-    const TdxRecords estimates = reader.Read(estimate);
-    const TdxRecords errors = reader.Read(reader.Get("se"));
-    if (errors.values.size() != estimates.values.size() ||
-        !AreEstimatesOf(estimates, solution, objective_column)) {
-      return {};
-    }
-    return AddedIntercept{estimates.values.back(), errors.values.back()};
-  } catch (const FileError&) {  // `show` tells what is wrong with it
-    return {};
+AddedIntercept ReadAddedIntercept(const fs::path& results, const Solution& solution,
+                                  std::int32_t objective_column) {
+  TdxReader reader(results);
+  const TdxRecords estimates = reader.Read(reader.Get("estimate"));
+  const TdxRecords errors = reader.Read(reader.Get("se"));
+  // The objective's column makes room for the intercept's record behind the others.
+  const std::size_t records = solution.columns.level.size();
+  if (estimates.values.size() != records || errors.values.size() != records ||
+      !AreEstimatesOf(estimates, solution, objective_column)) {
+    throw FileError(Utf8(results) + " holds the results of another solve by now");
   }
+  return {estimates.values.back(), errors.values.back()};
 }
 
 std::string EarlierResults(const fs::path& results, fs::file_time_type start) {

@@ -3,7 +3,6 @@
 
 #include <chrono>
 #include <filesystem>
-#include <optional>
 #include <string>
 
 #include "instance/instance.h"
@@ -16,11 +15,10 @@ struct AddedIntercept {
   double standard_error = 0.0;
 };
 
-// The intercept that the solver has added; nothing when it has added none, and when the file is not
-// the one that goes with `solution`. The objective's column has no estimate.
-std::optional<AddedIntercept> ReadAddedIntercept(const std::filesystem::path& results,
-                                                 const Solution& solution,
-                                                 std::int32_t objective_column);
+// The intercept that the solver has added. The objective's column has no estimate. Throws FileError
+// when the file can't be read or is not the one that goes with `solution`.
+AddedIntercept ReadAddedIntercept(const std::filesystem::path& results, const Solution& solution,
+                                  std::int32_t objective_column);
 
 // For a solve that began at `start` and has failed: a line that says whose results stand in the
 // file; empty when there are none from before.

@@ -166,6 +166,20 @@ bool CheckDesign(Session& session, const Solution& solution, ModelNames& names) 
   return findings.full_rank;
 }
 
+void FindIntercept(Session& session, ModelNames& names, const Solution& solution,
+                   const SolverLog& log) {
+  if (log.ResultsFile().empty() || !AddsIntercept(session.faults, session.solver_options)) return;
+  try {
+    names.intercept =
+        ReadAddedIntercept(FromUtf8(log.ResultsFile()), solution, names.objective_column);
+  } catch (const std::exception& error) {
+    names.warnings.push_back(
+        std::string("the intercept that the solver has added can't be shown: ") +
+        FailureText(error));
+    session.err << "tavolite: warning: " << names.warnings.back() << '\n';
+  }
+}
+
 // The page of what the solver has written, where one is wanted.
 void WriteReport(Session& session, const ModelNames& names, const SolverLog& log) {
   const fs::path& report = session.options.report;
@@ -178,17 +192,18 @@ void WriteReport(Session& session, const ModelNames& names, const SolverLog& log
   if (!session.options.quiet) session.out << "Report:        " << Utf8(report) << '\n';
 }
 
-// What the results file can't know by itself.
-void KeepRunFacts(Session& session, const ModelNames& names, int process, const SolverLog& log) {
-  if (log.ResultsFile().empty()) return;
+// What the results file can't know by itself. False when another solve has written it since.
+bool KeepRunFacts(Session& session, const ModelNames& names, int process, const SolverLog& log) {
+  if (log.ResultsFile().empty()) return true;
   const WithoutInterrupt now;
   try {
-    AddRunFacts(FromUtf8(log.ResultsFile()), process,
-                {names.model, session.options.table.response, names.condition, names.warnings,
-                 names.notes});
+    return AddRunFacts(FromUtf8(log.ResultsFile()), process,
+                       {names.model, session.options.table.response, names.condition,
+                        names.warnings, names.notes});
   } catch (const std::exception& error) {
     session.err << "tavolite: warning: the results file does not name the model: "
                 << FailureText(error) << '\n';
+    return true;
   }
 }
 
@@ -196,13 +211,10 @@ int Finish(Session& session, ModelNames& names, const ChildProcess::Exit& exit,
            const SolverLog& log) {
   const fs::path instance = session.Scratch("instance.db");
   const std::optional<Solution> solution = ReadSolution(instance);
-  if (solution && !log.ResultsFile().empty()) {
-    names.intercept =
-        ReadAddedIntercept(FromUtf8(log.ResultsFile()), *solution, names.objective_column);
-  }
   const bool full_rank = solution && CheckDesign(session, *solution, names);
   session.design.Stop();
-  if (solution) KeepRunFacts(session, names, exit.process, log);
+  const bool own = !solution || KeepRunFacts(session, names, exit.process, log);
+  if (solution) FindIntercept(session, names, *solution, log);
   // A large file takes its time to go.
   std::future<void> removal;
   if (!session.options.keep) {
@@ -223,6 +235,10 @@ int Finish(Session& session, ModelNames& names, const ChildProcess::Exit& exit,
     return kNotSolved;
   }
   if (!session.options.quiet) Summarise(session, names, *solution, log);
+  if (!own && !session.options.report.empty()) {
+    throw FileError(log.ResultsFile() +
+                    " holds the results of another solve by now, hence no report");
+  }
   WriteReport(session, names, log);
   if (exit.code != 0) {
     session.failures.push_back("the solver has returned its solution, but ended with exit status " +

@@ -191,7 +191,7 @@ TableHeader QueryTable::ReadHeader() const {
 }
 
 TableRows QueryTable::ReadRows(const TablePlan& plan) {
-  TableRows rows(plan, name_, /*by_line=*/false);
+  TableRows rows(plan, name_, /*rows_by_line=*/false);
   Progress progress("reading " + name_, progress_);
   QueryReader(statement_, plan, rows).Run(progress);
   return rows;
