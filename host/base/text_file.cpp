@@ -2,7 +2,7 @@
 
 #include <cerrno>
 #include <fstream>
-#include <sstream>
+#include <iterator>
 #include <system_error>
 
 namespace host {
@@ -22,22 +22,26 @@ std::filesystem::path FromUtf8(std::string_view text) {
 
 namespace {
 
+std::string Failure(const std::filesystem::path& file) {
+  return "can't read " + Utf8(file);
+}
+
+// Past the stream's own functions, which take an exception for the end of the file.
 std::string ReadWhole(const std::filesystem::path& file) {
   std::error_code error;
   if (std::filesystem::is_directory(file, error)) {
-    throw FileError("can't read " + Utf8(file) + ": it is a directory");
+    throw FileError(Failure(file) + ": it is a directory");
   }
   std::ifstream stream(file, std::ios::binary);
-  std::ostringstream text;
-  if (stream && stream.peek() != std::ifstream::traits_type::eof()) {
-    text << stream.rdbuf();
-  } else if (stream.is_open()) {
-    return {};
+  if (!stream) {
+    if (std::filesystem::is_regular_file(file, error)) throw UnreadableFile(Failure(file));
+    throw FileError(Failure(file));
   }
-  if (!stream || !text) {
-    throw FileError("can't read " + Utf8(file));
+  try {
+    return {std::istreambuf_iterator<char>(stream), {}};
+  } catch (const std::ios_base::failure&) {
+    throw UnreadableFile(Failure(file));
   }
-  return std::move(text).str();
 }
 
 }  // namespace

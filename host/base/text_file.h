@@ -15,6 +15,11 @@ struct FileError : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+// A file that is there, but that the system doesn't let be read.
+struct UnreadableFile : FileError {
+  using FileError::FileError;
+};
+
 inline void Require(bool condition, const char* fault) {
   if (!condition) throw FileError(fault);
 }

@@ -24,7 +24,8 @@ OptionTable& Of(void* handle) {
   return *static_cast<OptionTable*>(handle);
 }
 
-// Where memory runs out, the options would not be those of the user: the process ends.
+// Where memory runs out or a file fails, the options would not be those of the user: the process
+// ends.
 template <class Body>
 auto OrEnd(Body body) noexcept {
   return host::OrEnd("tptdclib64", body);

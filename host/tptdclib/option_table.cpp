@@ -91,6 +91,8 @@ bool OptionTable::ForEachLine(const std::filesystem::path& file, bool echo, Take
         fail(AtLine(file, number, error.what()));
       }
     }
+  } catch (const UnreadableFile&) {
+    throw;  // what it sets isn't known: no answer would be right
   } catch (const FileError& error) {
     fail(error.what());
   }
