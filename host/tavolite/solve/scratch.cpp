@@ -21,8 +21,9 @@ void RemoveWhole(const fs::path& directory) {
   fs::path removed = directory;
   removed += ".removed";
   fs::rename(directory, removed, failed);
-  std::error_code ignored;
-  fs::remove_all(failed ? directory : removed, ignored);
+  if (failed) removed = directory;
+  fs::remove_all(removed, failed);
+  if (failed) fs::remove_all(removed, failed);  // what stood in the way may have gone
 }
 
 // A directory that is to be kept has no lock.
