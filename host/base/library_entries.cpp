@@ -1,8 +1,17 @@
 #include "base/library_entries.h"
 
+#include <exception>
 #include <string>
 
 namespace host {
+namespace {
+
+// The compiler's run time keeps the state of exceptions in memory of the thread, asks for it at the
+// first exception, and ends the process there and then when it gets none. So the main thread's is
+// asked for when the library is loaded.
+[[maybe_unused]] const std::exception_ptr asked_for_at_load = std::current_exception();
+
+}  // namespace
 
 void PutMessage(std::string_view text, char* message) {
   constexpr std::size_t kMessageBuffer = 256;
