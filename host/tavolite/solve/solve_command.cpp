@@ -245,12 +245,6 @@ int Finish(Session& session, ModelNames& names, const ChildProcess::Exit& exit,
                                std::to_string(exit.code) + ": the listing is not whole");
     return kNotSolved;
   }
-  if (!log.OptionFault().empty()) {
-    session.failures.push_back(
-        "the solver went on without its options, and the solution is that of the default ones: " +
-        log.OptionFault());
-    return kNotSolved;
-  }
   return full_rank ? kSolved : kNotFullRank;
 }
 

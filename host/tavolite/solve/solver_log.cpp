@@ -8,8 +8,6 @@ namespace host {
 namespace {
 
 constexpr std::string_view kResultsFile = "TDX file: ";
-constexpr std::string_view kCantRead = "*** can't read ";
-constexpr std::string_view kNotRead = " not read successfully";
 constexpr std::size_t kMaxLine = 4096;  // more of a line is of no use
 
 }  // namespace
@@ -29,7 +27,6 @@ void SolverLog::End() {
   line_.resize(StrippedEnd(line_, " \t\r").size());
   if (!line_.empty()) {
     if (line_.starts_with(kResultsFile)) results_file_ = line_.substr(kResultsFile.size());
-    if (line_.starts_with(kCantRead) || line_.ends_with(kNotRead)) option_fault_ = line_;
     last_line_ = line_;
   }
   line_.clear();

@@ -17,14 +17,11 @@ class SolverLog {
   [[nodiscard]] const std::string& LastLine() const { return last_line_; }
   // The results file as the solver has announced it, empty when it has not.
   [[nodiscard]] const std::string& ResultsFile() const { return results_file_; }
-  // Why the solver went on without its options; empty when it has them.
-  [[nodiscard]] const std::string& OptionFault() const { return option_fault_; }
 
  private:
   std::string line_;  // begun, not ended
   std::string last_line_;
   std::string results_file_;
-  std::string option_fault_;
 };
 
 }  // namespace host
