@@ -12,6 +12,9 @@ namespace host {
 
 namespace fs = std::filesystem;
 
+// With the longest name of a file in it, a path reaches the solver in 255 bytes.
+constexpr std::size_t kLongestScratch = 240;
+
 std::shared_ptr<RunningSolve> RunningSolve::Start() {
   auto solve = std::make_shared<RunningSolve>();
   OnInterrupt([solve] { solve->CleanUp(); });
@@ -38,6 +41,11 @@ void RunningSolve::MakeScratch(const SolveOptions& options) {
     throw InputError("no scratch directory can be made in " +
                      (place.empty() ? "the place that TMPDIR names" : Utf8(place)) + ": " +
                      error.code().message() + "; name another with --work or TMPDIR");
+  }
+  if (Utf8(scratch_->Path()).size() > kLongestScratch) {
+    throw InputError("the path of the scratch directory is longer than the solver takes, " +
+                     std::to_string(kLongestScratch) +
+                     " bytes; name another place with --work or TMPDIR");
   }
 }
 

@@ -1,6 +1,5 @@
 #include "tavolite/solve/scratch.h"
 
-#include <random>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -15,15 +14,30 @@ namespace fs = std::filesystem;
 constexpr std::string_view kPrefix = "tavolite-";
 constexpr const char* kLock = "in-use";
 
-// Under another name nothing new comes into it.
-void RemoveWhole(const fs::path& directory) {
-  std::error_code failed;
-  fs::path removed = directory;
-  removed += ".removed";
-  fs::rename(directory, removed, failed);
-  if (failed) removed = directory;
-  fs::remove_all(removed, failed);
-  if (failed) fs::remove_all(removed, failed);  // what stood in the way may have gone
+bool TryRemove(const fs::path& directory) noexcept {
+  try {
+    std::error_code failed;
+    fs::remove_all(directory, failed);
+    return !failed;
+  } catch (const std::exception&) {  // no memory
+    return false;
+  }
+}
+
+// Under another name nothing new comes into it. What can't be removed at the second attempt either
+// is left to the next solve.
+void RemoveWhole(const fs::path& directory) noexcept {
+  for (int attempt = 0; attempt < 2; ++attempt) {
+    try {
+      fs::path removed = directory;
+      removed += ".removed";
+      std::error_code failed;
+      fs::rename(directory, removed, failed);
+      const bool is_renamed = !failed || !fs::exists(directory, failed);
+      if (TryRemove(is_renamed ? removed : directory)) return;
+    } catch (const std::exception&) {  // no memory
+    }
+  }
 }
 
 // A directory that is to be kept has no lock.
@@ -42,11 +56,10 @@ void RemoveAbandoned(const fs::path& parent) {
 ScratchDirectory::ScratchDirectory(const fs::path& parent, bool keep) : keep_(keep) {
   const fs::path base = fs::absolute(parent.empty() ? fs::temp_directory_path() : parent);
   RemoveAbandoned(base);
-  std::random_device random;
-  // Not there before: create_directory tells, also when two solves try the same name at once.
-  do {
-    path_ = base / (std::string(kPrefix) + std::to_string(random()));
-  } while (!fs::create_directory(path_));
+  // The name tells the process: a directory of one that was killed before it took the lock is
+  // empty, and goes when the next name is made.
+  path_ = MakeTemporaryName(base / (std::string(kPrefix) + "scratch"));
+  fs::create_directory(path_);
   fs::permissions(path_, fs::perms::owner_all);
   if (!keep_) lock_.Take(path_ / kLock);
 }

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "base/control_file.h"
+#include "base/excerpt.h"
 #include "base/input_error.h"
 #include "base/text_file.h"
 #include "instance/instance.h"
@@ -46,9 +47,20 @@ struct Session {
   ModelFaults faults{};
   SolverOptions solver_options{};
   std::vector<std::string> failures{};  // lines for standard error
+  std::exception_ptr exception{};       // what has ended the solve before its end
   fs::file_time_type start = fs::file_time_type::clock::now();
   [[nodiscard]] fs::path Scratch(const char* name) const { return running->Scratch(name); }
 };
+
+void Print(const Session& session, const std::string& line) {
+  session.err << "tavolite: ";
+  WritePrintable(session.err, line);
+  session.err << '\n';
+}
+
+void Warn(const Session& session, const std::string& warning) {
+  Print(session, "warning: " + warning);
+}
 
 void Tell(const Session& session, const ReaderNotes& notes) {
   if (!session.options.quiet) {
@@ -56,15 +68,16 @@ void Tell(const Session& session, const ReaderNotes& notes) {
     for (const std::string& note : notes.notes) session.out << "tavolite: " << note << '\n';
     session.out.flush();
   }
-  for (const std::string& warning : notes.warnings) {
-    session.err << "tavolite: warning: " << warning << '\n';
-  }
+  for (const std::string& warning : notes.warnings) Warn(session, warning);
 }
 
 // The option file for the solver: the user's, unless something is to be added to it.
 fs::path OptionFile(const Session& session) {
   const SolverOptions& options = session.solver_options;
-  if (options.added_lines.empty()) return session.options.option_file;
+  // The solver takes a path of 255 bytes.
+  if (options.added_lines.empty() && Utf8(session.options.option_file).size() <= 255) {
+    return session.options.option_file;
+  }
   fs::path file = session.Scratch("options.txt");
   WriteText(file, options.user_lines + options.added_lines);
   return file;
@@ -117,7 +130,7 @@ ModelNames Prepare(Session& session) {
 
 ChildProcess::Exit RunSolver(Session& session, SolverLog& log) {
   const std::string too_few = TooFewRows(session.faults, session.solver_options);
-  if (!too_few.empty()) session.err << "tavolite: " << too_few << '\n';
+  if (!too_few.empty()) Print(session, too_few);
   const auto on_output = [&](std::string_view piece) {
     log.Take(piece);
     if (!session.options.quiet) (session.out << piece).flush();
@@ -176,7 +189,7 @@ void FindIntercept(Session& session, ModelNames& names, const Solution& solution
     names.warnings.push_back(
         std::string("the intercept that the solver has added can't be shown: ") +
         FailureText(error));
-    session.err << "tavolite: warning: " << names.warnings.back() << '\n';
+    Warn(session, names.warnings.back());
   }
 }
 
@@ -201,8 +214,7 @@ bool KeepRunFacts(Session& session, const ModelNames& names, int process, const 
                        {names.model, session.options.table.response, names.condition,
                         names.warnings, names.notes});
   } catch (const std::exception& error) {
-    session.err << "tavolite: warning: the results file does not name the model: "
-                << FailureText(error) << '\n';
+    Warn(session, std::string("the results file does not name the model: ") + FailureText(error));
     return true;
   }
 }
@@ -260,8 +272,8 @@ int Solve(Session& session) {
     const ChildProcess::Exit exit = RunSolver(session, log);
     if (exit.interrupted) return kInterruptedStatus;
     return Finish(session, names, exit, log);
-  } catch (const std::exception& error) {
-    session.failures = {FailureText(error)};
+  } catch (const std::exception&) {
+    session.exception = std::current_exception();
   }
   return status;
 }
@@ -275,7 +287,12 @@ int RunSolve(const SolveOptions& options, std::ostream& out, std::ostream& err) 
   // Behind an interrupt, which takes the files away, nothing that has failed counts any more.
   const WithoutInterrupt now;
   for (const std::string& line : session.failures) {
-    if (!line.empty()) err << "tavolite: " << line << '\n';
+    if (!line.empty()) Print(session, line);
+  }
+  try {
+    if (session.exception) std::rethrow_exception(session.exception);
+  } catch (const std::exception& failure) {
+    PrintFailure(failure, err);
   }
   if (options.keep && !options.quiet && session.running->HasScratch()) {
     out << "Scratch files: " << Utf8(session.running->ScratchPath()) << '\n';

@@ -1,8 +1,8 @@
 #include "tavolite/system/progress.h"
 
 #include <cstdio>
-#include <utility>
 
+#include "base/excerpt.h"
 #include "tavolite/system/terminal.h"
 
 namespace host {
@@ -19,8 +19,8 @@ void Print(const std::string& line) {
 
 }  // namespace
 
-Progress::Progress(std::string text, bool wanted)
-    : text_(std::move(text)),
+Progress::Progress(const std::string& text, bool wanted)
+    : text_(Printable(text)),
       wanted_(wanted && StandardErrorIsTerminal()),
       next_(Clock::now() + kPatience) {}
 

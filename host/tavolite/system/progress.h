@@ -10,7 +10,7 @@ namespace host {
 // Shows nothing in the first two seconds, and nothing at all where standard error is no terminal.
 class Progress {
  public:
-  Progress(std::string text, bool wanted);
+  Progress(const std::string& text, bool wanted);
   Progress(const Progress&) = delete;
   Progress& operator=(const Progress&) = delete;
   ~Progress();  // takes the line away

@@ -8,6 +8,7 @@
 namespace host {
 
 bool StandardErrorIsTerminal();
+bool StandardOutputIsTerminal();
 
 // Columns of the terminal behind standard output, 0 when there is none.
 std::size_t TerminalWidth();

@@ -4,9 +4,21 @@
 
 namespace host {
 
-bool StandardErrorIsTerminal() {
+namespace {
+
+bool IsConsole(DWORD stream) {
   DWORD mode = 0;
-  return GetConsoleMode(GetStdHandle(STD_ERROR_HANDLE), &mode) != 0;
+  return GetConsoleMode(GetStdHandle(stream), &mode) != 0;
+}
+
+}  // namespace
+
+bool StandardErrorIsTerminal() {
+  return IsConsole(STD_ERROR_HANDLE);
+}
+
+bool StandardOutputIsTerminal() {
+  return IsConsole(STD_OUTPUT_HANDLE);
 }
 
 std::size_t TerminalWidth() {

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "base/text_file.h"
+#include "tavolite/system/standard_output.h"
 #include "tests/support/program.h"
 
 namespace host {
@@ -122,6 +123,17 @@ TEST_P(Mistakes, GetOneLine) {
 
 INSTANTIATE_TEST_SUITE_P(CommandLine, Mistakes, testing::ValuesIn(kMistakes),
                          [](const auto& row) { return std::string(row.param.name); });
+
+TEST(StandardOutput, KeepsATerminalFromBeingSteered) {
+  testing::internal::CaptureStdout();
+  StandardOutput output(/*to_terminal=*/true);
+  std::ostream out(&output);
+  (out << "a\xC3").flush();
+  out << "\xA9\x1B[31m\r\n\tb\x9B\rc\xE2\x82";
+  EXPECT_EQ(output.End(), 0);
+  EXPECT_EQ(testing::internal::GetCapturedStdout(),
+            "a\xC3\xA9\\x1b[31m\n\tb\\x9b\\x0dc\\xe2\\x82");
+}
 
 #ifndef _WIN32
 TEST(StandardOutput, ThatCantBeWrittenIsAFailure) {
