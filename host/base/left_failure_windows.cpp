@@ -9,8 +9,10 @@ void LeaveFailure(const std::string& reason) noexcept {
 }
 
 std::string LeftFailure() {
-  std::string reason(1000, '\0');
-  reason.resize(GetEnvironmentVariableA("LINFIT_FAILURE", reason.data(), 1000));
+  constexpr DWORD kMost = 1000;
+  std::string reason(kMost, '\0');
+  const DWORD size = GetEnvironmentVariableA("LINFIT_FAILURE", reason.data(), kMost);
+  reason.resize(size < kMost ? size : 0);  // otherwise it had no room
   return reason;
 }
 
