@@ -72,7 +72,8 @@ struct FactorColumn {
 
 // All complete rows, ready for a model.
 struct TableRows {
-  // `source` is the table's name, for messages; rows are named by line when `rows_by_line`, else by number.
+  // `source` is the table's name, for messages; rows are named by line when `rows_by_line`, else by
+  // number.
   TableRows(const TablePlan& plan, std::string source, bool rows_by_line);
 
   // Makes room for so many rows, if that can be had. Memory that is not used in the end is never

@@ -131,8 +131,7 @@ TEST(StandardOutput, KeepsATerminalFromBeingSteered) {
   (out << "a\xC3").flush();
   out << "\xA9\x1B[31m\r\n\tb\x9B\rc\xE2\x82";
   EXPECT_EQ(output.End(), 0);
-  EXPECT_EQ(testing::internal::GetCapturedStdout(),
-            "a\xC3\xA9\\x1b[31m\n\tb\\x9b\\x0dc\\xe2\\x82");
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "a\xC3\xA9\\x1b[31m\n\tb\\x9b\\x0dc\\xe2\\x82");
 }
 
 #ifndef _WIN32
