@@ -2,8 +2,8 @@
 //
 // The name is "<target>.tmp-<process>-<host>-<random>", the last two as hexadecimal digits: <host>
 // stands for what process numbers count in, a running system or a container. A process that is
-// killed leaves its temporary file behind; the next one that writes the same target removes it, or an
-// empty directory of such a name.
+// killed leaves its temporary file behind; the next one that writes the same target removes it, or
+// an empty directory of such a name.
 #pragma once
 
 #include <filesystem>

@@ -13,6 +13,7 @@ namespace fs = std::filesystem;
 
 constexpr std::string_view kPrefix = "tavolite-";
 constexpr const char* kLock = "in-use";
+constexpr const char* kRemoved = ".removed";
 
 bool TryRemove(const fs::path& directory) noexcept {
   try {
@@ -30,7 +31,7 @@ void RemoveWhole(const fs::path& directory) noexcept {
   for (int attempt = 0; attempt < 2; ++attempt) {
     try {
       fs::path removed = directory;
-      removed += ".removed";
+      removed += kRemoved;
       std::error_code failed;
       fs::rename(directory, removed, failed);
       const bool is_renamed = !failed || !fs::exists(directory, failed);
@@ -40,14 +41,20 @@ void RemoveWhole(const fs::path& directory) noexcept {
   }
 }
 
-// A directory that is to be kept has no lock.
+// A directory that is to be kept has no lock. On Windows, what a solve that fails still has open
+// stays behind it.
 void RemoveAbandoned(const fs::path& parent) {
   const fs::path::string_type prefix = fs::path(kPrefix).native();
   for (const fs::path& file : FilesIn(parent)) {
     std::error_code ignored;
     const bool ours = file.filename().native().starts_with(prefix) &&
                       fs::is_directory(fs::symlink_status(file, ignored));
-    if (ours && OwnerLock::IsAbandoned(file / kLock)) RemoveWhole(file);
+    if (!ours) continue;
+    if (file.extension() == kRemoved) {
+      TryRemove(file);
+    } else if (OwnerLock::IsAbandoned(file / kLock)) {
+      RemoveWhole(file);
+    }
   }
 }
 

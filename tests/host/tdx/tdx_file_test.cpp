@@ -49,7 +49,11 @@ class TdxFile : public testing::Test {
     }
   }
 
+#ifdef _WIN32
+  TemporaryDirectory directory_{"ü %41#"};
+#else
   TemporaryDirectory directory_{"ü %41?#"};
+#endif
   fs::path file_ = directory_ / "linfit.tdx";
 };
 

@@ -259,7 +259,7 @@ TEST_F(Show, BadRequest) {
   EXPECT_EQ(Run({.symbol = "r2", .output = directory_.Path() / "no" / "out"}), "");
   EXPECT_EQ(status_, 2);
   const std::string before = testing_support::ReadFile(file_);
-  std::filesystem::create_symlink(file_, directory_ / "link");
+  std::filesystem::create_hard_link(file_, directory_ / "link");
   for (const auto& output : {file_, directory_ / "link"}) {
     EXPECT_EQ(Run({.output = output}), "");
     EXPECT_NE(err_.find("would overwrite"), std::string::npos);

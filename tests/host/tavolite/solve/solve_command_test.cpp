@@ -139,8 +139,9 @@ TEST_F(SolveCommand, BadInputEndsWithStatusTwoAndOneLine) {
   const std::vector<Case> cases{
       {{"none.mod"}, "none.mod: there is no such file"},
       {{"."}, "is a directory"},
-      {{"bad.mod"}, "bad.mod:3: syntax error"},
       {{"self.mod", "--work", "."}, "self.mod: the model nests too deeply or refers to itself"},
+      // Where the first could not remove a file that it had open, the next one does.
+      {{"bad.mod", "--work", "."}, "bad.mod:3: syntax error"},
       {{"a.lst", "--format", "mod"}, "would overwrite a.lst"},
       {{"a.mod", "--report", "a.mod"}, "the report would overwrite a.mod: give another --report"},
       {{"a.mod", "--report", "./a.lst"}, "the report would overwrite the listing"},
