@@ -257,6 +257,12 @@ int Finish(Session& session, ModelNames& names, const ChildProcess::Exit& exit,
                                std::to_string(exit.code) + ": the listing is not whole");
     return kNotSolved;
   }
+  if (log.LacksOptions()) {
+    session.failures.emplace_back(
+        "the solver could not load the option library: the solution is that of its default "
+        "options");
+    return kNotSolved;
+  }
   return full_rank ? kSolved : kNotFullRank;
 }
 

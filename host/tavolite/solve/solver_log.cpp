@@ -8,6 +8,7 @@ namespace host {
 namespace {
 
 constexpr std::string_view kResultsFile = "TDX file: ";
+constexpr std::string_view kNoOptions = "Could not load option library.";
 constexpr std::size_t kMaxLine = 4096;  // more of a line is of no use
 
 }  // namespace
@@ -27,6 +28,7 @@ void SolverLog::End() {
   line_.resize(StrippedEnd(line_, " \t\r").size());
   if (!line_.empty()) {
     if (line_.starts_with(kResultsFile)) results_file_ = line_.substr(kResultsFile.size());
+    lacks_options_ = lacks_options_ || line_ == kNoOptions;
     last_line_ = line_;
   }
   line_.clear();

@@ -17,11 +17,14 @@ class SolverLog {
   [[nodiscard]] const std::string& LastLine() const { return last_line_; }
   // The results file as the solver has announced it, empty when it has not.
   [[nodiscard]] const std::string& ResultsFile() const { return results_file_; }
+  // The solver went on without the options that it was given.
+  [[nodiscard]] bool LacksOptions() const { return lacks_options_; }
 
  private:
   std::string line_;  // begun, not ended
   std::string last_line_;
   std::string results_file_;
+  bool lacks_options_ = false;
 };
 
 }  // namespace host

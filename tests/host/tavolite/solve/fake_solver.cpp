@@ -1,5 +1,6 @@
 // Stands in for the solver in tests of the command. The environment variable FAKE_SOLVER tells what
-// it does: "solve" (also when unset) returns a solution, "refuse" ends without one, "crash" aborts.
+// it does: "solve" (also when unset) returns a solution, "refuse" ends without one, "crash" aborts,
+// "options" solves without its options.
 #include <cstdlib>
 #include <fstream>
 #include <iostream>
@@ -50,6 +51,7 @@ int main(int argc, char** argv) {
     std::cout << "this model is refused\n\n";
     return 0;
   }
+  if (mode == "options") std::cout << "Could not load option library.\n";
   std::cout << "TDX file: some results.tdx\n";
   Solve(control);
 }

@@ -81,6 +81,9 @@ TEST_F(SolveCommand, RepeatsTheLastMessageWhenThereIsNoSolution) {
   EXPECT_EQ(crashed.exit_code, 1);
   EXPECT_EQ(crashed.out, "");
   EXPECT_NE(crashed.err.find("(exit status "), std::string::npos) << crashed.err;
+  const ProgramResult other = Solve({"a.mod", "--work", ".", "--quiet"}, "options");
+  EXPECT_EQ(other.exit_code, 1);
+  EXPECT_NE(other.err.find("is that of its default options"), std::string::npos) << other.err;
   EXPECT_EQ(Files(), (Files_{"a.mod", "a.lst"}));
 }
 
