@@ -297,7 +297,7 @@ TableHeader TextTable::ReadHeader() {
 }
 
 TableRows TextTable::ReadRows(const TablePlan& plan) {
-  TableRows rows(plan, state_->source.name, /*by_line=*/true);
+  TableRows rows(plan, state_->source.name, /*rows_by_line=*/true);
   rows.lines_read = state_->lines;
   ParallelReader(state_->source, state_->blocks, plan, rows)
       .Run(std::move(state_->block), state_->records);
