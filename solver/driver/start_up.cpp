@@ -15,7 +15,7 @@ constexpr std::string_view kAuditLineTemplate =
 static_assert(kAuditLineTemplate.size() == 91);
 
 // All of `text`, zeros included, and what the library has left in the message buffer, as it came.
-void PrintLine(std::string_view text, std::string_view message = {}) {
+void PrintLine(std::string_view text, std::string_view message = "") {
   std::fwrite(text.data(), 1, text.size(), stdout);
   std::fwrite(message.data(), 1, message.size(), stdout);
   std::fputc('\n', stdout);

@@ -272,7 +272,7 @@ TEST_F(KervdclibDeathTest, EndsTheProcessWhenAFileIsNotWhole) {
   control_.status_file = "/dev/full";
   const auto run = [&] {
     Init();
-    CALL(tevStatC)(tev_, "a line");
+    CALL(tevStatPChar)(tev_, "a line");
     CALL(tevXFree)(&tev_);
   };
   EXPECT_EXIT(run(), testing::ExitedWithCode(EXIT_FAILURE),
