@@ -132,7 +132,7 @@ TEST_F(Loader, ARefusedVersionLeavesTheTextAndNoLibrary) {
 }
 
 TEST_F(Loader, ALibraryMayWriteMoreThanTheCallersFieldHolds) {
-  for (const std::size_t width : {0, 1, 20, 255, 256}) {
+  for (const std::size_t width : {0U, 1U, 20U, 255U, 256U}) {
     Tdx tdx;
     EXPECT_FALSE(tdx.tdxGetReadyD(Faulty("long_refusal"), std::span(message_).first(width)));
     const std::size_t kept = width == 0 ? 0 : width - 1;
