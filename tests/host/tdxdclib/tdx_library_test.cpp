@@ -307,7 +307,8 @@ TEST(TdxLibrary, LabelsInAndOutOfOrder) {
   std::vector<std::string> ascending;
   for (int i = 0; i < kRecords; ++i) ascending.push_back(std::to_string(i));
   std::vector<std::string> mixed = ascending;
-  for (int i = 0; i < kRecords; i += 7) mixed[static_cast<std::size_t>(i)].insert(0, i % 2 == 0 ? "" : "0");
+  for (int i = 0; i < kRecords; i += 7)
+    mixed[static_cast<std::size_t>(i)].insert(0, i % 2 == 0 ? "" : "0");
   std::ranges::shuffle(mixed, std::mt19937(1));
   TdxSession session;
   ASSERT_TRUE(session.Open(file));
