@@ -91,8 +91,9 @@ void RunningSolve::WriteInPlace(const fs::path& target,
   std::error_code none;
   // Where the name is a link, what it leads to is replaced.
   const fs::path whole = fs::is_symlink(target, none) ? fs::weakly_canonical(target, none) : target;
-  const fs::path file = BeginFile(whole);
+  fs::path file;
   try {
+    file = BeginFile(whole);
     write(file);
     const WithoutInterrupt now;
     if (file != whole) MoveOver(file, whole);

@@ -54,6 +54,8 @@ void RemoveAbandoned(const fs::path& parent) {
       TryRemove(file);
     } else if (OwnerLock::IsAbandoned(file / kLock)) {
       RemoveWhole(file);
+    } else {
+      OwnerLock::RemoveUntaken(file / kLock);
     }
   }
 }
@@ -67,8 +69,13 @@ ScratchDirectory::ScratchDirectory(const fs::path& parent, bool keep) : keep_(ke
   // empty, and goes when the next name is made.
   path_ = MakeTemporaryName(base / (std::string(kPrefix) + "scratch"));
   fs::create_directory(path_);
-  fs::permissions(path_, fs::perms::owner_all);
-  if (!keep_) lock_.Take(path_ / kLock);
+  try {
+    fs::permissions(path_, fs::perms::owner_all);
+    if (!keep_) lock_.Take(path_ / kLock);
+  } catch (...) {
+    RemoveWhole(path_);
+    throw;
+  }
 }
 
 ScratchDirectory::~ScratchDirectory() {

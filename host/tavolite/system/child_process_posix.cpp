@@ -57,12 +57,14 @@ class SpawnSetup {
   posix_spawnattr_t attributes_{};
 };
 
-void ReadToEnd(int pipe, const std::function<void(std::string_view)>& on_output) {
+// The number of the failure, 0 when there was none.
+int ReadToEnd(int pipe, const std::function<void(std::string_view)>& on_output) {
   std::array<char, 65536> buffer;
   while (true) {
     const ssize_t count = read(pipe, buffer.data(), buffer.size());
     if (count > 0) on_output({buffer.data(), static_cast<std::size_t>(count)});
-    if (count == 0 || (count < 0 && errno != EINTR)) return;
+    if (count == 0) return 0;
+    if (count < 0 && errno != EINTR) return errno;
   }
 }
 
@@ -112,7 +114,7 @@ ChildProcess::Exit ChildProcess::Run(const std::filesystem::path& program,
     close(ends[0]);
     Fail(failure, "can't start " + program.string());
   }
-  ReadToEnd(ends[0], on_output);
+  failure = ReadToEnd(ends[0], on_output);
   close(ends[0]);
 
   // Left unreaped until the lock is held, so that Stop never signals a number that is used again.
@@ -124,6 +126,7 @@ ChildProcess::Exit ChildProcess::Run(const std::filesystem::path& program,
   while (waitpid(pid, &status, 0) < 0 && errno == EINTR) {
   }
   state_->pid = 0;
+  if (failure != 0) Fail(failure, "can't read the output of " + program.string());
   ChildProcess::Exit exit = ToExit(status);
   exit.process = pid;
   return exit;

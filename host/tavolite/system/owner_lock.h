@@ -23,6 +23,8 @@ class OwnerLock {
 
   // The file is there, belongs to this user, and nobody holds it.
   [[nodiscard]] static bool IsAbandoned(const std::filesystem::path& file);
+  // Removes what a process that was killed in Take has left.
+  static void RemoveUntaken(const std::filesystem::path& file);
 
  private:
   std::intptr_t handle_ = -1;

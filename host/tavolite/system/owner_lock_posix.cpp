@@ -8,11 +8,18 @@
 #include "tavolite/system/owner_lock.h"
 
 namespace host {
+namespace {
+
+// It takes its name when it is locked: no other process sees it before that.
+std::filesystem::path Unlocked(std::filesystem::path file) {
+  file += ".new";
+  return file;
+}
+
+}  // namespace
 
 void OwnerLock::Take(const std::filesystem::path& file) {
-  // It takes its name when it is locked: no other process sees it before that.
-  std::filesystem::path unlocked = file;
-  unlocked += ".new";
+  const std::filesystem::path unlocked = Unlocked(file);
   // Without O_CLOEXEC: a solver that outlives its command still uses what stands beside the file.
   const int handle = open(unlocked.c_str(), O_RDWR | O_CREAT | O_EXCL, S_IRUSR | S_IWUSR);
   if (handle < 0) return;
@@ -37,6 +44,11 @@ bool OwnerLock::IsAbandoned(const std::filesystem::path& file) {
                          flock(handle, LOCK_EX | LOCK_NB) == 0;
   close(handle);
   return abandoned;
+}
+
+void OwnerLock::RemoveUntaken(const std::filesystem::path& file) {
+  const std::filesystem::path unlocked = Unlocked(file);
+  if (IsAbandoned(unlocked)) unlink(unlocked.c_str());
 }
 
 }  // namespace host

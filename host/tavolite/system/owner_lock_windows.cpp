@@ -31,4 +31,7 @@ bool OwnerLock::IsAbandoned(const std::filesystem::path& file) {
   return true;
 }
 
+// The file is held from its beginning on.
+void OwnerLock::RemoveUntaken(const std::filesystem::path& /*file*/) {}
+
 }  // namespace host
