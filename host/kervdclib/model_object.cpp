@@ -1,5 +1,6 @@
 #include "kervdclib/model_object.h"
 
+#include <limits>
 #include <utility>
 
 namespace host {
@@ -59,6 +60,21 @@ bool ModelObject::OpenPiece(std::int32_t column, std::size_t entry) {
   if (entry >= static_cast<std::size_t>(entries)) return false;
   reader_->ReadPiece(column, entry, piece_);
   return true;
+}
+
+void ModelObject::NextEntry(std::int32_t column, void** cursor, double& value, std::int32_t& row) {
+  const auto at = reinterpret_cast<std::uintptr_t>(*cursor);
+  if (!piece_.Holds(column, at) && !OpenPiece(column, at)) {
+    *cursor = nullptr;
+    value = std::numeric_limits<double>::quiet_NaN();
+    row = index_base;
+    return;
+  }
+  if (TakeEntry(column, cursor, value, row)) return;
+  value = piece_.Value(at);
+  row = piece_.Row(at) + index_base;
+  *cursor = nullptr;
+  See(CallGroup::kColumns);
 }
 
 bool ModelObject::SetRow(std::int32_t row, double level, double marginal, int basis, int status) {

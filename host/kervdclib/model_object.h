@@ -3,7 +3,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <limits>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -30,27 +29,20 @@ class ModelObject {
   [[nodiscard]] const InstanceData* Data() const { return reader_ ? &reader_->Data() : nullptr; }
   [[nodiscard]] Environment* GetEnvironment() const { return environment_.get(); }
 
-  // One entry of a column and then the next: `cursor` is null before the first and after the last.
-  // A number that is none of a column gives kNoEntry. Numbers are zero-based here.
-  struct Entry {
-    double value;
-    std::int32_t row;
-  };
-  Entry NextEntry(std::int32_t column, void** cursor) {
+  // Gives one entry of a column and then the next: `cursor` is null before the first and after the
+  // last. A number that is none of a column gives an undefined value in the first row. Numbers are
+  // zero-based here, but for `row`, which is the caller's.
+  void NextEntry(std::int32_t column, void** cursor, double& value, std::int32_t& row);
+  // The same for an entry that is at hand and not its column's last, as nearly all are; it can't
+  // fail. False, and nothing is done, for another one.
+  bool TakeEntry(std::int32_t column, void** cursor, double& value, std::int32_t& row) noexcept {
     // The cursor is the number of entries handed out, so that it outlives a change of column.
     const auto at = reinterpret_cast<std::uintptr_t>(*cursor);
-    if (!piece_.Holds(column, at) && !OpenPiece(column, at)) {
-      *cursor = nullptr;
-      return kNoEntry;
-    }
-    const Entry entry{piece_.Value(at), piece_.Row(at)};
-    if (at + 1 == piece_.entries) {
-      *cursor = nullptr;
-      See(CallGroup::kColumns);
-    } else {
-      *cursor = reinterpret_cast<void*>(at + 1);  // NOLINT(performance-no-int-to-ptr)
-    }
-    return entry;
+    if (!piece_.Holds(column, at) || at + 1 == piece_.entries) return false;
+    value = piece_.Value(at);
+    row = piece_.Row(at) + index_base;
+    *cursor = reinterpret_cast<void*>(at + 1);  // NOLINT(performance-no-int-to-ptr)
+    return true;
   }
 
   // Keeps records of rows or columns for WriteOut. False when there is no such element.
@@ -73,8 +65,6 @@ class ModelObject {
   DictionaryObject dictionary;
 
  private:
-  static constexpr Entry kNoEntry{std::numeric_limits<double>::quiet_NaN(), 0};
-
   bool OpenPiece(std::int32_t column, std::size_t entry);
 
   EnvironmentObject environment_;

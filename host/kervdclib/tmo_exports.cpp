@@ -53,6 +53,12 @@ auto With(void* handle, Body body) noexcept {
                      [&](std::string_view line) { model.LastLine(line); });
 }
 
+// Out of line, so that tmoGetColJacInfoOne stays a few instructions.
+[[gnu::noinline]] void NextEntry(void* handle, std::int32_t column, void** cursor, double* value,
+                                 int* row) {
+  With(handle, [&](ModelObject& model) { model.NextEntry(column, cursor, *value, *row); });
+}
+
 // Runs `body`; a failure's text goes into `message`. Gives the function's result.
 template <class Body>
 int WithMessage(char* message, Body body) {
@@ -179,12 +185,10 @@ int tmoGetColStat(void* handle, int column, int* entries, int* quadratic, int* n
 
 void tmoGetColJacInfoOne(void* handle, int column, void** cursor, double* value, int* row,
                          int* nonlinear) {
-  With(handle, [&](ModelObject& model) {
-    const ModelObject::Entry entry = model.NextEntry(ZeroBased(model, column), cursor);
-    *value = entry.value;
-    *row = entry.row + model.index_base;
-    *nonlinear = 0;
-  });
+  ModelObject& model = Of(handle);
+  const std::int32_t number = ZeroBased(model, column);
+  *nonlinear = 0;
+  if (!model.TakeEntry(number, cursor, *value, *row)) NextEntry(handle, number, cursor, value, row);
 }
 
 double tmoGetRhsOne(void* handle, int row) {
