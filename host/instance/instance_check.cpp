@@ -66,15 +66,9 @@ std::size_t FirstNotFinite(std::span<const double> values) {
   return static_cast<std::size_t>(std::ranges::find_if_not(values, IsFinite) - values.begin());
 }
 
-void CheckValues(std::span<const double> values) {
+void CheckValues(std::span<const double> values, std::size_t row_numbers) {
+  Require(values.size() == row_numbers, kNotOneValuePerRow);
   Require(FirstNotFinite(values) == values.size(), "a value is not finite");
-}
-
-void CheckColumn(double lower, double upper, std::size_t row_numbers,
-                 std::span<const double> values) {
-  CheckBounds(lower, upper);
-  Require(values.size() == row_numbers, "not one value per row number");
-  CheckValues(values);
 }
 
 void CheckName(std::string_view name) {

@@ -19,12 +19,11 @@ void CheckShape(std::span<const RowType> row_types, std::span<const double> rhs,
                 std::int64_t objective_column);
 // Ascending, from 0 to row_count - 1.
 void CheckRowNumbers(std::span<const std::int32_t> rows, std::int32_t row_count);
-// Bounds that are numbers or infinite, one finite value per row number.
-void CheckColumn(double lower, double upper, std::size_t row_numbers,
-                 std::span<const double> values);
-// Its parts: bounds that are numbers or infinite, finite values.
+// Numbers or infinite.
 void CheckBounds(double lower, double upper);
-void CheckValues(std::span<const double> values);
+// One finite value per row number.
+void CheckValues(std::span<const double> values, std::size_t row_numbers);
+inline constexpr const char* kNotOneValuePerRow = "not one value per row number";
 // The number of the first value that is not finite; values.size() when all are.
 std::size_t FirstNotFinite(std::span<const double> values);
 // Not empty, at most 63 bytes.

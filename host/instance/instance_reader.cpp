@@ -26,7 +26,7 @@ std::int32_t Number(std::int64_t value, std::int64_t limit, const char* fault) {
   return static_cast<std::int32_t>(value);
 }
 
-TextTable ReadTexts(ArrayTableReader& arrays, const std::string& kind) {
+TextList ReadTexts(ArrayTableReader& arrays, const std::string& kind) {
   const auto sizes = arrays.Read<std::uint8_t>(kind + "_size", -1);
   auto bytes = arrays.Read<char>(kind + "_text", -1);
   CheckTextBytes(kind, bytes.size());
@@ -52,12 +52,6 @@ ElementNames ReadNames(ArrayTableReader& arrays, const std::string& kind, std::s
 }
 
 }  // namespace
-
-TextTable::TextTable(std::span<const std::uint8_t> sizes, std::vector<char> bytes)
-    : bytes_(std::move(bytes)) {
-  starts_.reserve(sizes.size() + 1);
-  for (const std::uint8_t size : sizes) starts_.push_back(starts_.back() + size);
-}
 
 InstanceReader::InstanceReader(const std::filesystem::path& file) : file_(file), name_(Utf8(file)) {
   Database database = OpenInstance(file, Database::Mode::kRead);
@@ -131,6 +125,7 @@ void InstanceReader::ReadColumns(ArrayTableReader& arrays) {
   const auto lower = arrays.Read<double>("column_lower", column_count_);
   const auto upper = arrays.Read<double>("column_upper", column_count_);
   const auto pattern = arrays.Read<std::int32_t>("column_pattern", column_count_);
+  values_ = ColumnValues(arrays, column_count_);
   data_.columns.reserve(lower.size());
   for (std::size_t j = 0; j < lower.size(); ++j) {
     InContext("column " + std::to_string(j), [&] {
@@ -138,36 +133,32 @@ void InstanceReader::ReadColumns(ArrayTableReader& arrays) {
       const std::size_t number = At(Number(pattern[j], static_cast<std::int64_t>(patterns_.size()),
                                            "no such list of row numbers"));
       const std::int32_t entries = patterns_[number].size;
-      data_.columns.push_back({lower[j], upper[j], value_count_, pattern[j], entries,
-                               pattern_in_objective_row_[number]});
-      value_count_ += entries;
+      Require(values_.Entries(static_cast<std::int32_t>(j)) == entries, kNotOneValuePerRow);
+      data_.columns.push_back(
+          {lower[j], upper[j], pattern[j], entries, pattern_in_objective_row_[number]});
     });
   }
-  value_offset_ = arrays.Find("value", ElementType<double>(), value_count_).offset;
 }
 
 // Two threads take one piece after another; `next` is the first value that none has taken.
 void InstanceReader::CheckValuesFrom(ArrayReader& file, std::atomic<std::int64_t>& next) const {
   std::vector<double> values;
   constexpr auto kStep = static_cast<std::int64_t>(kValuesPerPiece);
-  for (std::int64_t first = next.fetch_add(kStep); first < value_count_;
+  for (std::int64_t first = next.fetch_add(kStep); first < values_.Count();
        first = next.fetch_add(kStep)) {
-    values.resize(static_cast<std::size_t>(std::min(kStep, value_count_ - first)));
-    file.Read(value_offset_ + first * std::int64_t{sizeof(double)},
-              std::as_writable_bytes(std::span(values)));
+    values.resize(static_cast<std::size_t>(std::min(kStep, values_.Count() - first)));
+    values_.ReadAny(file, first, values);
     const std::size_t fault = FirstNotFinite(values);
     if (fault == values.size()) continue;
-    const auto behind = std::ranges::upper_bound(
-        data_.columns, first + static_cast<std::int64_t>(fault), {}, &ColumnHead::first_value);
-    throw FileError("column " + std::to_string(behind - data_.columns.begin() - 1) +
-                    ": a value is not finite");
+    const std::int32_t column = values_.ColumnAt(first + static_cast<std::int64_t>(fault));
+    throw FileError("column " + std::to_string(column) + ": a value is not finite");
   }
 }
 
 void InstanceReader::CheckAllValues(ArrayTableReader& arrays) {
   std::atomic<std::int64_t> next{0};
   Background helper;
-  if (value_count_ >= kManyValues) {
+  if (values_.Count() >= kManyValues) {
     helper.Start([&, stamp = arrays.Stamp()] {
       ArrayReader file(ArrayPath(file_), stamp);
       CheckValuesFrom(file, next);
@@ -193,8 +184,7 @@ void InstanceReader::ReadPiece(std::int32_t column, std::size_t entry, ColumnPie
   piece.column = -1;
   InContext(name_ + ": column " + std::to_string(column), [&] {
     piece.values.resize(count);
-    arrays_->Read(value_offset_ + (head.first_value + first) * std::int64_t{sizeof(double)},
-                  std::as_writable_bytes(std::span(piece.values)));
+    values_.Read(*arrays_, column, first, piece.values);
     Require(FirstNotFinite(piece.values) == count, "the file has changed since it was opened");
     piece.rows.clear();
     if (pattern.first_row != kListed) {

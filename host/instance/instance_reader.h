@@ -6,40 +6,22 @@
 #include <cstdint>
 #include <filesystem>
 #include <optional>
-#include <span>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "base/database.h"
 #include "base/text_file.h"
+#include "instance/column_values.h"
 #include "instance/instance_tables.h"
 #include "instance/model.h"
+#include "instance/text_list.h"
 
 namespace host {
-
-// Many short texts in one buffer.
-class TextTable {
- public:
-  TextTable() = default;
-  // `sizes` are those of the texts in `bytes`, which stand one after another: at most 4 GiB.
-  TextTable(std::span<const std::uint8_t> sizes, std::vector<char> bytes);
-
-  [[nodiscard]] std::size_t size() const { return starts_.size() - 1; }
-  [[nodiscard]] std::string_view operator[](std::size_t i) const {
-    return {bytes_.data() + starts_[i], starts_[i + 1] - starts_[i]};
-  }
-
- private:
-  std::vector<char> bytes_;
-  std::vector<std::uint32_t> starts_{0};
-};
 
 struct ColumnHead {
   double lower = 0.0;
   double upper = 0.0;
-  std::int64_t first_value = 0;  // where its values stand among those of all columns
-  std::int32_t pattern = 0;      // number of its row-number list
+  std::int32_t pattern = 0;  // number of its row-number list
   std::int32_t entries = 0;
   bool in_objective_row = false;
 };
@@ -54,8 +36,8 @@ struct InstanceData {
   std::vector<double> rhs;
   std::vector<ColumnHead> columns;
   bool has_dictionary = false;
-  TextTable symbols;
-  TextTable labels;
+  TextList symbols;
+  TextList labels;
   ElementNames row_names;
   ElementNames column_names;
 };
@@ -111,8 +93,7 @@ class InstanceReader {
   std::int64_t column_count_ = 0;
   std::vector<Pattern> patterns_;
   std::vector<bool> pattern_in_objective_row_;
-  std::int64_t value_count_ = 0;
-  std::int64_t value_offset_ = 0;
+  ColumnValues values_;
   std::int64_t list_offset_ = 0;
   std::optional<ArrayReader> arrays_;
 };

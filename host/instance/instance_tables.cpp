@@ -59,7 +59,12 @@ void ArrayTableWriter::Begin(std::string_view name) {
 }
 
 void ArrayTableWriter::End() {
-  insert_.Bind(1, std::string_view(name_)).Bind(2, type_).Bind(3, count_).Bind(4, offset_).Run();
+  Enter(name_, type_, count_, offset_);
+}
+
+void ArrayTableWriter::Enter(std::string_view name, std::string_view type, std::int64_t count,
+                             std::int64_t offset) {
+  insert_.Bind(1, name).Bind(2, type).Bind(3, count).Bind(4, offset).Run();
 }
 
 ArrayTableReader::ArrayTableReader(Database& database, const std::filesystem::path& instance)

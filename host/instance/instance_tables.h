@@ -19,7 +19,7 @@
 namespace host {
 
 inline constexpr std::int32_t kApplicationId = 0x6C696E66;
-inline constexpr std::int32_t kInstanceVersion = 2;
+inline constexpr std::int32_t kInstanceVersion = 3;
 
 // The first row of a list of row numbers that don't follow each other.
 inline constexpr std::int32_t kListed = -1;
@@ -30,6 +30,7 @@ template <class T>
 constexpr std::string_view ElementType() {
   if constexpr (sizeof(T) == 1) return "uint8";
   if constexpr (std::is_same_v<T, std::int32_t>) return "int32";
+  if constexpr (std::is_same_v<T, std::int64_t>) return "int64";
   if constexpr (std::is_same_v<T, double>) return "float64";
 }
 
@@ -67,6 +68,8 @@ class ArrayTableWriter {
     Append(std::span<const T>(values));
   }
   void End();
+  // Enters an array that the file holds already.
+  void Enter(std::string_view name, std::string_view type, std::int64_t count, std::int64_t offset);
 
  private:
   Statement insert_;

@@ -1,5 +1,5 @@
 #include <algorithm>
-#include <random>
+#include <memory>
 #include <string>
 #include <system_error>
 #include <unordered_map>
@@ -98,45 +98,71 @@ class Patterns {
   std::unordered_multimap<std::size_t, std::int32_t> by_hash_;
 };
 
-void WriteColumns(ArrayTableWriter& arrays, const Model& model) {
+// Where the values of all columns stand: column j has the runs first[j] .. first[j + 1] - 1.
+struct RunTable {
+  std::vector<std::int32_t> first{0};
+  std::vector<std::int64_t> places;
+  std::vector<std::int32_t> sizes;
+
+  void Add(std::span<const ValueRun> runs) {
+    for (const ValueRun& run : runs) {
+      places.push_back(run.place);
+      sizes.push_back(run.count);
+    }
+    first.push_back(static_cast<std::int32_t>(places.size()));
+  }
+};
+
+// The runs of a column, whose values are written unless they have been.
+std::vector<ValueRun> WriteValues(const Column& column, std::size_t rows, ValueFile& values) {
+  CheckBounds(column.lower, column.upper);
+  if (!column.stored) {
+    CheckValues(column.values, rows);
+    if (rows == 0) return {};
+    return {{values.Append(column.values), static_cast<std::int32_t>(rows)}};
+  }
+  std::size_t count = 0;
+  for (const ValueRun& run : column.stored->runs) count += static_cast<std::size_t>(run.count);
+  Require(count == rows, kNotOneValuePerRow);
+  return column.stored->runs;
+}
+
+void WriteColumns(ArrayTableWriter& arrays, const Model& model, ValueFile& values) {
   static const RowList kNoRows;
   Patterns patterns(static_cast<std::int32_t>(model.row_types.size()));
   std::vector<double> lower;
   std::vector<double> upper;
   std::vector<std::int32_t> pattern;
-  arrays.Begin("value");
-  arrays.Append(std::span<const double>());
+  RunTable runs;
   for (std::size_t j = 0; j < model.columns.size(); ++j) {
     const Column& column = model.columns[j];
     const RowList& rows = column.rows == nullptr ? kNoRows : *column.rows;
     InContext("column " + std::to_string(j), [&] {
-      CheckColumn(column.lower, column.upper, rows.size(), column.values);
+      runs.Add(WriteValues(column, rows.size(), values));
       lower.push_back(column.lower);
       upper.push_back(column.upper);
       pattern.push_back(patterns.Number(rows));
-      arrays.Append(std::span(column.values));
     });
   }
-  arrays.End();
+  arrays.Enter("value", ElementType<double>(), values.Count(), values.Offset());
+  arrays.Write("run_place", runs.places);
+  arrays.Write("run_size", runs.sizes);
+  arrays.Write("column_first_run", runs.first);
   arrays.Write("column_lower", lower);
   arrays.Write("column_upper", upper);
   arrays.Write("column_pattern", pattern);
   patterns.Write(arrays);
 }
 
-void WriteTexts(ArrayTableWriter& arrays, const std::string& kind,
-                const std::vector<std::string>& texts) {
+void WriteTexts(ArrayTableWriter& arrays, const std::string& kind, const TextList& texts) {
   std::vector<std::uint8_t> sizes;
-  std::vector<char> joined;
   sizes.reserve(texts.size());
-  for (const std::string& text : texts) {
-    CheckName(text);
-    sizes.push_back(static_cast<std::uint8_t>(text.size()));
-    joined.insert(joined.end(), text.begin(), text.end());
+  for (std::size_t i = 0; i < texts.size(); ++i) {
+    CheckName(texts[i]);
+    sizes.push_back(static_cast<std::uint8_t>(texts[i].size()));
   }
-  CheckTextBytes(kind, joined.size());
   arrays.Write(kind + "_size", sizes);
-  arrays.Write(kind + "_text", joined);
+  arrays.Write(kind + "_text", texts.Bytes());
 }
 
 void WriteNames(ArrayTableWriter& arrays, const std::string& kind, const ElementNames& names,
@@ -149,7 +175,8 @@ void WriteNames(ArrayTableWriter& arrays, const std::string& kind, const Element
   });
 }
 
-void WriteArrays(ArrayTableWriter& arrays, const Model& model) {
+void WriteArrays(ArrayTableWriter& arrays, const Model& model, ValueFile& values) {
+  WriteColumns(arrays, model, values);
   arrays.Write("row_type", model.row_types);
   arrays.Write("row_rhs", model.rhs);
   if (HasDictionary(model)) {
@@ -158,19 +185,14 @@ void WriteArrays(ArrayTableWriter& arrays, const Model& model) {
     WriteNames(arrays, "row", model.row_names, model.row_types.size(), model.dictionary);
     WriteNames(arrays, "column", model.column_names, model.columns.size(), model.dictionary);
   }
-  WriteColumns(arrays, model);
-}
-
-std::int64_t NewStamp() {
-  std::random_device random;
-  return static_cast<std::int64_t>(std::uint64_t{random()} << 32U | random());
 }
 
 void Write(const Model& model, const std::filesystem::path& file) {
   CheckShape(model.row_types, model.rhs, static_cast<std::int64_t>(model.columns.size()),
              model.objective_row, model.objective_column);
-  ArrayHead head{NewStamp(), 0};
-  ArrayWriter arrays(ArrayPath(file), head.stamp);
+  const std::shared_ptr<ValueFile> values =
+      model.value_file != nullptr ? model.value_file : std::make_shared<ValueFile>(file);
+  ArrayWriter& arrays = values->Arrays();
   Database database(file, Database::Mode::kCreate);
   // Nobody else sees the files before they are whole, and half-written ones are removed. The
   // database is small: a model of any size fills a few pages.
@@ -182,11 +204,10 @@ void Write(const Model& model, const std::filesystem::path& file) {
   database.Execute(kInstanceTables);
   {
     ArrayTableWriter table(database, arrays);
-    WriteArrays(table, model);
+    WriteArrays(table, model, *values);
   }
   arrays.Close();
-  head.bytes = arrays.Size();
-  WriteHead(database, model, head);
+  WriteHead(database, model, {values->Stamp(), arrays.Size()});
   database.Execute("COMMIT");
   database.Close();
 }
@@ -204,7 +225,12 @@ void RemoveInstance(const std::filesystem::path& file) noexcept {
 }
 
 void WriteInstance(const Model& model, const std::filesystem::path& file) {
-  RemoveInstance(file);
+  if (model.value_file == nullptr) {
+    RemoveInstance(file);
+  } else {
+    std::error_code ignored;  // what stays makes the writing fail
+    std::filesystem::remove(file, ignored);
+  }
   try {
     Write(model, file);
   } catch (const std::exception& error) {

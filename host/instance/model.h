@@ -7,8 +7,12 @@
 #include <cstdint>
 #include <limits>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
+
+#include "instance/text_list.h"
+#include "instance/value_file.h"
 
 namespace host {
 
@@ -20,8 +24,8 @@ enum class RowType : std::uint8_t { kEqual = 0, kGreater = 1, kLess = 2, kFree =
 
 // Every distinct symbol name and label of the model once.
 struct Dictionary {
-  std::vector<std::string> symbols;
-  std::vector<std::string> labels;
+  TextList symbols;
+  TextList labels;
 };
 
 // The names of all rows or of all columns: element i is symbol[i] with the labels
@@ -32,12 +36,19 @@ struct ElementNames {
   std::vector<std::int32_t> label;
 };
 
+// The values of a column that stand in the model's ValueFile already.
+struct StoredValues {
+  std::vector<ValueRun> runs;  // in the order of the row numbers
+  bool minus_ones = false;     // up to the solver's tolerance
+};
+
 struct Column {
   // Row numbers of the entries, ascending. Columns with the same pattern may share one list.
   std::shared_ptr<const std::vector<std::int32_t>> rows;
   std::vector<double> values;  // one per row number
   double lower = -kInfinity;
   double upper = kInfinity;
+  std::optional<StoredValues> stored{};  // `values` is empty then
 };
 
 struct Model {
@@ -51,6 +62,7 @@ struct Model {
   Dictionary dictionary;
   ElementNames row_names;
   ElementNames column_names;
+  std::shared_ptr<ValueFile> value_file;  // of the instance to come, null unless values are stored
 };
 
 }  // namespace host

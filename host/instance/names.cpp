@@ -4,12 +4,12 @@ namespace host {
 
 namespace {
 
-void AppendLabel(const std::string& label, std::string& text) {
-  if (label.find_first_of(" \t,()[]'\"") == std::string::npos) {
+void AppendLabel(std::string_view label, std::string& text) {
+  if (label.find_first_of(" \t,()[]'\"") == std::string_view::npos) {
     text += label;
     return;
   }
-  const char quote = label.find('\'') == std::string::npos ? '\'' : '"';
+  const char quote = label.find('\'') == std::string_view::npos ? '\'' : '"';
   text += quote;
   text += label;
   text += quote;
@@ -17,7 +17,7 @@ void AppendLabel(const std::string& label, std::string& text) {
 
 }  // namespace
 
-std::int32_t DictionaryBuilder::NumberOf(Numbers& numbers, std::vector<std::string>& texts,
+std::int32_t DictionaryBuilder::NumberOf(Numbers& numbers, TextList& texts,
                                          const std::string& text) {
   const auto [place, is_new] = numbers.try_emplace(text, static_cast<std::int32_t>(texts.size()));
   if (is_new) texts.push_back(text);

@@ -23,8 +23,7 @@ class DictionaryBuilder {
 
  private:
   using Numbers = std::unordered_map<std::string, std::int32_t>;
-  static std::int32_t NumberOf(Numbers& numbers, std::vector<std::string>& texts,
-                               const std::string& text);
+  static std::int32_t NumberOf(Numbers& numbers, TextList& texts, const std::string& text);
 
   Dictionary& dictionary_;
   Numbers symbols_;

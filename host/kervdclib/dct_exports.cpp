@@ -35,7 +35,7 @@ char Quote(std::string_view label) {
   return label.find('\'') == std::string_view::npos ? '\'' : '"';
 }
 
-int Text(const InstanceData* data, host::TextTable InstanceData::*table, int number, char* text) {
+int Text(const InstanceData* data, host::TextList InstanceData::*table, int number, char* text) {
   const auto i = static_cast<std::size_t>(number);
   if (data == nullptr || number < 0 || i >= (data->*table).size()) {
     host::ToShortString("", text);

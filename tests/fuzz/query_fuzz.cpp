@@ -64,7 +64,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   try {
     host::QueryTable table("data.db", std::string(input.Rest()), /*progress=*/false);
     const host::TablePlan plan = host::MakeTablePlan(table.ReadHeader(), options);
-    host::MakeTableModel(plan, table.ReadRows(plan), options.intercept);
+    host::MakeTableModel(plan, table.ReadRows(plan, {}), options.intercept);
   } catch (const host::InputError& error) {
     fuzz::Check(std::string_view(error.what()).find('\n') == std::string_view::npos, "one line");
   } catch (const host::DatabaseError&) {

@@ -21,11 +21,10 @@ std::string Outcome(const std::string& text, const host::TableOptions& options, 
                            .separator = *options.separator});
     const host::TablePlan plan = host::MakeTablePlan(table.ReadHeader(), options);
     const host::TableModel made =
-        host::MakeTableModel(plan, table.ReadRows(plan), options.intercept);
+        host::MakeTableModel(plan, table.ReadRows(plan, {}), options.intercept);
     std::ostringstream out;
-    for (const std::string& label : made.model.dictionary.labels) {
-      out << label << '\n';
-    }
+    const host::TextList& labels = made.model.dictionary.labels;
+    for (std::size_t i = 0; i < labels.size(); ++i) out << labels[i] << '\n';
     for (const std::int32_t label : made.model.row_names.label) {
       out << label << ' ';
     }

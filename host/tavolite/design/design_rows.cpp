@@ -59,11 +59,10 @@ void DesignRows::ReadPatterns() {
 
 void DesignRows::ReadColumns(std::int64_t objective_column) {
   const auto patterns = arrays_.Read<std::int32_t>("column_pattern", -1);
-  std::int64_t offset = arrays_.Find("value", ElementType<double>(), -1).offset;
+  values_ = ColumnValues(arrays_, static_cast<std::int64_t>(patterns.size()));
   for (std::size_t j = 0; j < patterns.size(); ++j) {
     const auto number = static_cast<std::int32_t>(j);
-    if (number != objective_column) columns_.push_back({number, patterns[j], offset});
-    offset += patterns_[static_cast<std::size_t>(patterns[j])].size * std::int64_t{sizeof(double)};
+    if (number != objective_column) columns_.push_back({number, patterns[j]});
   }
 }
 
@@ -83,9 +82,8 @@ void DesignRows::Read(std::size_t first, std::size_t count, double* target, std:
     const Pattern& pattern = patterns_[static_cast<std::size_t>(column.pattern)];
     const std::int32_t begin = pattern.Entry(first_row);
     const std::int32_t end = pattern.Entry(last_row + 1);
-    values_.resize(static_cast<std::size_t>(end - begin));
-    arrays_.File().Read(column.offset + begin * std::int64_t{sizeof(double)},
-                        std::as_writable_bytes(std::span(values_)));
+    piece_.resize(static_cast<std::size_t>(end - begin));
+    values_.Read(arrays_.File(), column.model_column, begin, piece_);
     std::fill_n(target, count, 0.0);
     for (std::int32_t entry = begin; entry < end; ++entry) {
       const std::int32_t row = pattern.Row(entry);
@@ -93,7 +91,7 @@ void DesignRows::Read(std::size_t first, std::size_t count, double* target, std:
       const bool is_behind = first_row < objective_row_ && row > objective_row_;
       // A model states its rows with the data on the left, so that their sign is turned.
       target[row - first_row - (is_behind ? 1 : 0)] =
-          -values_[static_cast<std::size_t>(entry - begin)];
+          -piece_[static_cast<std::size_t>(entry - begin)];
     }
     target += ld;
   }

@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <vector>
 
+#include "instance/column_values.h"
 #include "instance/instance_tables.h"
 
 namespace host {
@@ -40,7 +41,6 @@ class DesignRows {
   struct Column {
     std::int32_t model_column;
     std::int32_t pattern;
-    std::int64_t offset;  // of its values in the file
   };
   explicit DesignRows(Database database, const std::filesystem::path& instance);
   void ReadPatterns();
@@ -53,7 +53,8 @@ class DesignRows {
   double response_size_ = 0.0;
   std::vector<Pattern> patterns_;
   std::vector<Column> columns_;
-  std::vector<double> values_;
+  ColumnValues values_;
+  std::vector<double> piece_;
 };
 
 }  // namespace host

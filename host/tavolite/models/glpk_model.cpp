@@ -201,7 +201,7 @@ void NoteLoneRows(const Model& model, ReaderNotes& notes) {
     notes.notes.push_back(
         "the row " + DisplayName(model.dictionary, model.row_names, i) + " stands alone beside " +
         std::to_string(*most) + " rows of " +
-        model.dictionary.symbols[static_cast<std::size_t>(most - counts.begin())] +
+        std::string(model.dictionary.symbols[static_cast<std::size_t>(most - counts.begin())]) +
         ": it is fitted as one more observation; a restriction would not be kept");
   }
 }

@@ -29,7 +29,7 @@ FrontEndResult ReadDeepModel(const SolveOptions& options, const std::filesystem:
 
 FrontEndResult ReadModel(const SolveOptions& options, const std::filesystem::path& scratch) {
   if (!IsTable(options.format)) return ReadDeepModel(options, scratch);
-  TableModel read = ReadTable(options);
+  TableModel read = ReadTable(options, scratch / kInstanceName);
   FrontEndResult result;
   result.model = std::move(read.model);
   result.notes.notes = std::move(read.notes);

@@ -10,6 +10,9 @@
 
 namespace host {
 
+// The instance of a solve, in its scratch directory.
+inline constexpr const char* kInstanceName = "instance.db";
+
 struct FrontEndResult {
   Model model;
   ReaderNotes notes;

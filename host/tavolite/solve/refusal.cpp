@@ -14,6 +14,7 @@ constexpr double kConstantTolerance = 1e-10;  // how far from a constant the sol
 
 // The solver turns the signs, so that -1 here is +1 there.
 bool IsConstant(const Column& column, std::size_t observations) {
+  if (column.stored) return column.stored->minus_ones && column.rows->size() == observations;
   return column.values.size() == observations &&
          std::all_of(column.values.begin(), column.values.end(),
                      [](double value) { return std::abs(value + 1.0) <= kConstantTolerance; });

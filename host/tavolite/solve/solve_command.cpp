@@ -108,9 +108,9 @@ FrontEndResult Read(Session& session) {
 // which needs the memory.
 ModelNames Prepare(Session& session) {
   FrontEndResult input = Read(session);
-  WriteInstance(input.model, session.Scratch("instance.db"));
+  WriteInstance(input.model, session.Scratch(kInstanceName));
   ControlFile control;
-  control.instance = session.Scratch("instance.db");
+  control.instance = session.Scratch(kInstanceName);
   control.status_file = session.Scratch("status.txt");
   control.system_directory = SystemDirectory(session.solver);
   control.option_file = OptionFile(session);
@@ -221,7 +221,7 @@ bool KeepRunFacts(Session& session, const ModelNames& names, int process, const 
 
 int Finish(Session& session, ModelNames& names, const ChildProcess::Exit& exit,
            const SolverLog& log) {
-  const fs::path instance = session.Scratch("instance.db");
+  const fs::path instance = session.Scratch(kInstanceName);
   const std::optional<Solution> solution = ReadSolution(instance);
   const bool full_rank = solution && CheckDesign(session, *solution, names);
   session.design.Stop();

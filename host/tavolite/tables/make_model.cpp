@@ -30,15 +30,9 @@ RowList AllRows(std::size_t count) {
   return rows;
 }
 
-// A column of ones makes an intercept superfluous; the tolerance is the solver's.
-bool IsConstantOne(const std::vector<double>& negated) {
-  return std::all_of(negated.begin(), negated.end(),
-                     [](double value) { return std::fabs(-value - 1.0) <= 1e-10; });
-}
-
 // The levels of a factor in the order that decides which is first: by value where all are numbers,
 // else by their bytes.
-std::vector<std::int32_t> SortedLevels(const std::vector<std::string>& levels) {
+std::vector<std::int32_t> SortedLevels(const TextList& levels) {
   std::vector<double> values(levels.size());
   bool numbers = true;
   for (std::size_t i = 0; i < levels.size(); ++i) {
@@ -63,6 +57,7 @@ class ModelMaker {
 
   TableModel Make() {
     CheckRows();
+    rows_.numbers.Finish();
     CheckLabels();
     result_.notes = plan_.notes;
     NoteDroppedRows();
@@ -78,17 +73,15 @@ class ModelMaker {
     CheckCoefficients();
     NameRows();
     Model& model = result_.model;
-    model.rhs = std::move(Numbers(plan_.response));
+    model.rhs = rows_.numbers.TakeResponse();
     model.rhs.push_back(0.0);
+    model.value_file = rows_.numbers.File();
     model.dictionary.labels = std::move(rows_.label_texts.texts);
     return std::move(result_);
   }
 
  private:
   [[nodiscard]] std::size_t Rows() const { return rows_.row_numbers.size(); }
-  std::vector<double>& Numbers(int column) {
-    return rows_.numbers[static_cast<std::size_t>(column)];
-  }
 
   void CheckRows() const {
     if (rows_.rows_read == 0) {
@@ -135,7 +128,8 @@ class ModelMaker {
     std::string text;
     for (const std::vector<std::int32_t>& column : rows_.labels) {
       const auto label = static_cast<std::size_t>(column[row]);
-      text += (text.empty() ? "\"" : ",") + rows_.label_texts.texts[label];
+      text += text.empty() ? '"' : ',';
+      text += rows_.label_texts.texts[label];
     }
     return text + '"';
   }
@@ -166,12 +160,12 @@ class ModelMaker {
     all_rows_ = AllRows(Rows());
   }
 
-  void AddColumn(const std::string& name, RowList rows, std::vector<double> values) {
+  void AddColumn(const std::string& name, Column column) {
     if (!coefficients_.insert(name).second) {
       throw InputError(where_ + "two coefficients would have the name \"" + Excerpt(name) + "\"");
     }
     Model& model = result_.model;
-    model.columns.push_back({.rows = std::move(rows), .values = std::move(values)});
+    model.columns.push_back(std::move(column));
     // Each coefficient is a variable of its own, so that reports and results show just its name.
     ElementNames& names = model.column_names;
     names.symbol.push_back(SymbolNumber(name));
@@ -180,29 +174,30 @@ class ModelMaker {
 
   // A regressor may be called like one of the model's own symbols; any other name is new.
   std::int32_t SymbolNumber(const std::string& name) {
-    std::vector<std::string>& symbols = result_.model.dictionary.symbols;
-    const auto own_end = symbols.begin() + kOwnSymbols;
-    const auto own = std::find(symbols.begin(), own_end, name);
-    if (own != own_end) return static_cast<std::int32_t>(own - symbols.begin());
+    TextList& symbols = result_.model.dictionary.symbols;
+    for (std::int32_t own = 0; own < kOwnSymbols; ++own) {
+      if (symbols[static_cast<std::size_t>(own)] == name) return own;
+    }
     symbols.push_back(name);
     return static_cast<std::int32_t>(symbols.size() - 1);
   }
 
+  // A column of ones makes an intercept superfluous.
   void FindConstant() {
     has_constant_ = std::any_of(
         plan_.regressors.begin(), plan_.regressors.end(), [this](const Regressor& regressor) {
-          return !regressor.factor && IsConstantOne(Numbers(regressor.position));
+          return !regressor.factor && rows_.numbers.HoldsOnes(regressor.position);
         });
     needs_all_levels_ = !AddsIntercept() && !has_constant_;
   }
 
   void AddNumbers(const Regressor& regressor) {
-    AddColumn(regressor.name, all_rows_, std::move(Numbers(regressor.position)));
+    AddColumn(regressor.name, rows_.numbers.TakeColumn(regressor.position, all_rows_));
   }
 
   void AddFactor(const Regressor& regressor) {
     FactorColumn& factor = rows_.factors[static_cast<std::size_t>(regressor.position)];
-    const std::vector<std::string>& levels = factor.levels.texts;
+    const TextList& levels = factor.levels.texts;
     if (levels.size() < 2) {
       throw InputError(where_ + "the factor \"" + Excerpt(regressor.name) +
                        "\" has only one level: leave it out with --drop");
@@ -213,19 +208,21 @@ class ModelMaker {
     }
     const std::vector<std::int32_t> order = SortedLevels(levels);
     const bool all_levels = std::exchange(needs_all_levels_, false);
-    result_.notes.push_back(
-        "factor " + regressor.name + ": " + std::to_string(levels.size()) +
-        (all_levels ? " levels, each with a coefficient: there is no intercept"
-                    : " levels, measured against " + levels[static_cast<std::size_t>(order[0])]));
+    result_.notes.push_back("factor " + regressor.name + ": " + std::to_string(levels.size()) +
+                            (all_levels
+                                 ? " levels, each with a coefficient: there is no intercept"
+                                 : " levels, measured against " +
+                                       std::string(levels[static_cast<std::size_t>(order[0])])));
     for (std::size_t i = all_levels ? 0 : 1; i < order.size(); ++i) {
       const auto level = static_cast<std::size_t>(order[i]);
-      const std::string label = regressor.name + "=" + levels[level];
+      const std::string label = regressor.name + "=" + std::string(levels[level]);
       if (const std::string fault = LabelFault(label); !fault.empty()) {
         throw InputError(where_ + "the coefficient name \"" + Excerpt(label) + "\" " + fault);
       }
       std::vector<double> values(rows[level].size(), -1.0);
-      AddColumn(label, std::make_shared<const std::vector<std::int32_t>>(std::move(rows[level])),
-                std::move(values));
+      AddColumn(label,
+                {.rows = std::make_shared<const std::vector<std::int32_t>>(std::move(rows[level])),
+                 .values = std::move(values)});
     }
     factor = {};
   }
@@ -278,7 +275,7 @@ class ModelMaker {
 
   // Row numbers as labels; nothing else is one then.
   void NumberRows(ElementNames& names) {
-    std::vector<std::string>& texts = rows_.label_texts.texts;
+    TextList& texts = rows_.label_texts.texts;
     texts.reserve(Rows());
     names.label.reserve(Rows());
     for (const std::int32_t number : rows_.row_numbers) {

@@ -190,8 +190,8 @@ TableHeader QueryTable::ReadHeader() const {
   return header;
 }
 
-TableRows QueryTable::ReadRows(const TablePlan& plan) {
-  TableRows rows(plan, name_, /*rows_by_line=*/false);
+TableRows QueryTable::ReadRows(const TablePlan& plan, const std::filesystem::path& instance) {
+  TableRows rows(plan, name_, /*rows_by_line=*/false, instance);
   Progress progress("reading " + name_, progress_);
   QueryReader(statement_, plan, rows).Run(progress);
   return rows;

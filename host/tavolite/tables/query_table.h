@@ -22,7 +22,7 @@ class QueryTable {
   // Nothing when there is nothing to say about the query.
   [[nodiscard]] std::vector<std::string> Notes() const;
   [[nodiscard]] TableHeader ReadHeader() const;
-  TableRows ReadRows(const TablePlan& plan);
+  TableRows ReadRows(const TablePlan& plan, const std::filesystem::path& instance);
 
  private:
   std::string name_;

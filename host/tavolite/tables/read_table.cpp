@@ -14,13 +14,13 @@ namespace host {
 namespace {
 
 template <class Table>
-TableModel Read(Table& table, const TableOptions& options) {
+TableModel Read(Table& table, const TableOptions& options, const std::filesystem::path& instance) {
   const TableHeader header = table.ReadHeader();
   const TablePlan plan = MakeTablePlan(header, options);
-  return MakeTableModel(plan, table.ReadRows(plan), options.intercept);
+  return MakeTableModel(plan, table.ReadRows(plan, instance), options.intercept);
 }
 
-TableModel ReadTextFile(const SolveOptions& options) {
+TableModel ReadTextFile(const SolveOptions& options, const std::filesystem::path& instance) {
   const TableStream input = OpenTable(options);
   const char usual = options.format == InputFormat::kTsv ? '\t' : ',';
   TextTable table({.stream = input.stream.get(),
@@ -28,13 +28,13 @@ TableModel ReadTextFile(const SolveOptions& options) {
                    .size = input.size,
                    .separator = options.table.separator.value_or(usual),
                    .progress = !options.quiet});
-  return Read(table, options.table);
+  return Read(table, options.table, instance);
 }
 
-TableModel ReadDatabase(const SolveOptions& options) {
+TableModel ReadDatabase(const SolveOptions& options, const std::filesystem::path& instance) {
   try {
     QueryTable table(options.input, options.table.query, !options.quiet);
-    TableModel made = Read(table, options.table);
+    TableModel made = Read(table, options.table, instance);
     const std::vector<std::string> notes = table.Notes();
     made.notes.insert(made.notes.begin(), notes.begin(), notes.end());
     return made;
@@ -45,9 +45,9 @@ TableModel ReadDatabase(const SolveOptions& options) {
 
 }  // namespace
 
-TableModel ReadTable(const SolveOptions& options) {
-  TableModel made =
-      options.format == InputFormat::kSqlite ? ReadDatabase(options) : ReadTextFile(options);
+TableModel ReadTable(const SolveOptions& options, const std::filesystem::path& instance) {
+  TableModel made = options.format == InputFormat::kSqlite ? ReadDatabase(options, instance)
+                                                           : ReadTextFile(options, instance);
   made.model.name = ModelName(options.input);
   return made;
 }

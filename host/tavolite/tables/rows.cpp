@@ -3,23 +3,11 @@
 #include <algorithm>
 #include <functional>
 #include <limits>
-#include <new>
-#include <span>
+#include <utility>
 
 #include "base/input_error.h"
 
 namespace host {
-
-namespace {
-
-// A row of a model is `y - sum x*b = 0`, with -x and -y for the solver to turn back. The sign is
-// turned here and nowhere else, since every value is copied here anyway.
-void AppendNegated(std::span<const double> values, std::vector<double>& column) {
-  const auto start = column.insert(column.end(), values.begin(), values.end());
-  std::transform(start, column.end(), start, std::negate<>());
-}
-
-}  // namespace
 
 void RowBatch::Start(const TablePlan& plan, std::size_t capacity) {
   // An odd number of cache lines from column to column: with a power of two, the columns would
@@ -68,7 +56,7 @@ std::int32_t TextSet::NumberOf(std::string_view text) {
     i = (i + 1) & mask;
   }
   slots_[i] = static_cast<std::int32_t>(texts.size());
-  texts.emplace_back(text);
+  texts.push_back(text);
   return slots_[i];
 }
 
@@ -84,22 +72,13 @@ void TextSet::Grow() {
   }
 }
 
-TableRows::TableRows(const TablePlan& plan, std::string source, bool rows_by_line)
+TableRows::TableRows(const TablePlan& plan, std::string source, bool rows_by_line,
+                     std::filesystem::path instance)
     : name(std::move(source)),
-      numbers(static_cast<std::size_t>(plan.numbers)),
+      numbers(plan, std::move(instance)),
       labels(static_cast<std::size_t>(plan.labels)),
       factors(static_cast<std::size_t>(plan.factors)),
       by_line(rows_by_line) {}
-
-void TableRows::Expect(std::size_t rows) {
-  try {
-    for (std::vector<double>& column : numbers) {
-      column.reserve(rows);
-    }
-  } catch (const std::bad_alloc&) {
-    // It was a guess; the columns grow as they need to.
-  }
-}
 
 void TableRows::Append(const RowBatch& batch) {
   if (!batch.error.empty()) {
@@ -111,9 +90,7 @@ void TableRows::Append(const RowBatch& batch) {
   if (rows_read + batch.rows_read >= std::numeric_limits<std::int32_t>::max()) {
     throw InputError(name + ": more rows than a model can have");
   }
-  for (std::size_t c = 0; c < numbers.size(); ++c) {
-    AppendNegated({batch.Number(static_cast<int>(c)), batch.rows}, numbers[c]);
-  }
+  numbers.Append(batch.rows, [&](int column) { return batch.Number(column); });
   AppendTexts(batch);
   for (std::size_t r = 0; r < batch.rows; ++r) {
     row_numbers.push_back(static_cast<std::int32_t>(rows_read + batch.row_of[r] + 1));

@@ -9,6 +9,8 @@
 #include <string_view>
 #include <vector>
 
+#include "instance/text_list.h"
+#include "tavolite/tables/number_columns.h"
 #include "tavolite/tables/plan.h"
 
 namespace host {
@@ -57,7 +59,7 @@ class TextSet {
  public:
   std::int32_t NumberOf(std::string_view text);
 
-  std::vector<std::string> texts;
+  TextList texts;
 
  private:
   void Grow();
@@ -73,19 +75,17 @@ struct FactorColumn {
 // All complete rows, ready for a model.
 struct TableRows {
   // `source` is the table's name, for messages; rows are named by line when `rows_by_line`, else by
-  // number.
-  TableRows(const TablePlan& plan, std::string source, bool rows_by_line);
+  // number. `instance` is that of NumberColumns.
+  TableRows(const TablePlan& plan, std::string source, bool rows_by_line,
+            std::filesystem::path instance);
 
-  // Makes room for so many rows, if that can be had. Memory that is not used in the end is never
-  // touched.
-  void Expect(std::size_t rows);
-  // Throws InputError for a batch with an error, or when the rows get too many.
+  // Throws InputError for a batch with an error, or when the rows get too many, and FileError.
   void Append(const RowBatch& batch);
   // "file:line" or "file: row number" of a kept row.
   [[nodiscard]] std::string Where(std::size_t row) const;
 
   std::string name;
-  std::vector<std::vector<double>> numbers;       // with the sign that a model's rows need
+  NumberColumns numbers;
   std::vector<std::vector<std::int32_t>> labels;  // per label column, numbers in label_texts
   TextSet label_texts;
   std::vector<FactorColumn> factors;

@@ -165,7 +165,7 @@ class ParallelReader {
       return;
     }
     if (source_.size > 0) {
-      rows_.Expect(ExpectedRows(records.size(), batch.rows));
+      rows_.numbers.Expect(ExpectedRows(records.size(), batch.rows));
     }
     std::vector<std::jthread> helpers;
     try {
@@ -296,8 +296,8 @@ TableHeader TextTable::ReadHeader() {
   return header;
 }
 
-TableRows TextTable::ReadRows(const TablePlan& plan) {
-  TableRows rows(plan, state_->source.name, /*rows_by_line=*/true);
+TableRows TextTable::ReadRows(const TablePlan& plan, const std::filesystem::path& instance) {
+  TableRows rows(plan, state_->source.name, /*rows_by_line=*/true, instance);
   rows.lines_read = state_->lines;
   ParallelReader(state_->source, state_->blocks, plan, rows)
       .Run(std::move(state_->block), state_->records);

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <filesystem>
 #include <istream>
 #include <memory>
 #include <string>
@@ -33,7 +34,7 @@ class TextTable {
   TableHeader ReadHeader();
   // Everything behind the header. The error is the first one in the order of the lines, whatever
   // thread has met it.
-  TableRows ReadRows(const TablePlan& plan);
+  TableRows ReadRows(const TablePlan& plan, const std::filesystem::path& instance);
 
  private:
   struct State;

@@ -158,9 +158,12 @@ INSTANTIATE_TEST_SUITE_P(
                    m.columns[2].rows = List({1, 2, 4});
                  },
                  "column 2: a row number"},
-        BadModel{"LongLabel", [](host::Model& m) { m.dictionary.labels[0] = std::string(64, 'x'); },
+        BadModel{"LongLabel", [](host::Model& m) { m.dictionary.labels = {std::string(64, 'x')}; },
                  "longer than 63"},
-        BadModel{"EmptySymbol", [](host::Model& m) { m.dictionary.symbols[0].clear(); },
+        BadModel{"EmptySymbol",
+                 [](host::Model& m) {
+                   m.dictionary.symbols = {"", "fit", "rss", "coeff"};
+                 },
                  "has no text"},
         BadModel{"NoSuchLabel", [](host::Model& m) { m.row_names.label[0] = 5; }, "label number"},
         BadModel{"NoSuchSymbol", [](host::Model& m) { m.column_names.symbol[0] = -1; },
@@ -242,7 +245,10 @@ INSTANTIATE_TEST_SUITE_P(
         Bytes("PatternSize", "pattern_size", 2, kFive, "cut short"),
         Bytes("NegativePatternSize", "pattern_size", 1, kMinusOne, "wrong size"),
         Bytes("ValueCount", "pattern_size", 1, std::string(4, '\0'),
-              "\"value\" has the wrong size"),
+              "column 1: not one value per row"),
+        Bytes("Run", "run_place", 2, kFive, "a run of values is not among the values"),
+        Bytes("NegativeRun", "run_size", 0, kMinusOne, "a run of values is not among the values"),
+        Bytes("FirstRun", "column_first_run", 1, kFive, "do not fit the columns"),
         Bytes("Infinite", "value", 5, kInfinite, "column 2: a value is not finite"),
         Bytes("Pattern", "column_pattern", 0, kFive, "no such list"),
         Bytes("Bound", "column_lower", 1, std::string(8, '\xFF'), "a bound is not a number"),
@@ -325,7 +331,13 @@ TEST_F(Instance, IsReadByTheDocumentedProgram) {
                              page.substr(begin, page.find("```", begin) - begin));
   host::Model model = SmallModel();
   model.columns[2].rows = List({1, 3});
-  model.columns[2].values = {-4.0, 0.5};
+  model.value_file = std::make_shared<host::ValueFile>(directory_ / "model.db");
+  for (const double value : {-4.0, 0.5}) {
+    const std::int64_t place = model.value_file->Append({&value, 1});
+    if (value < 0.0) model.value_file->Append(model.columns[1].values);  // between the two
+    if (value < 0.0) model.columns[2].stored.emplace();
+    model.columns[2].stored->runs.push_back({place, 1});
+  }
   host::WriteInstance(model, directory_ / "model.db");
   const testing_support::ProgramResult result =
       testing_support::RunProgram(PYTHON, {"read.py"}, {directory_.Path(), {}});

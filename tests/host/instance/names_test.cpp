@@ -16,8 +16,8 @@ TEST(Names, ShareSymbolsAndLabelsInTheDictionary) {
            {"fit", {"a", "b"}}, {"fit", {"b", "a"}}, {"a", {}}, {"fit", {"x y", "it's"}}}) {
     builder.Append(names, name);
   }
-  EXPECT_EQ(dictionary.symbols, (std::vector<std::string>{"fit", "a"}));
-  EXPECT_EQ(dictionary.labels, (std::vector<std::string>{"a", "b", "x y", "it's"}));
+  EXPECT_EQ(dictionary.symbols, (TextList{"fit", "a"}));
+  EXPECT_EQ(dictionary.labels, (TextList{"a", "b", "x y", "it's"}));
   EXPECT_EQ(DisplayName(dictionary, names, 1), "fit(b,a)");
   EXPECT_EQ(DisplayName(dictionary, names, 2), "a");
   EXPECT_EQ(DisplayName(dictionary, names, 3), "fit('x y',\"it's\")");

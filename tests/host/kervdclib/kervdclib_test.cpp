@@ -285,7 +285,7 @@ TEST_F(KervdclibDeathTest, EndsTheProcessWhenTheInstanceIsSpoiledMeanwhile) {
   ASSERT_EQ(Load(), "");
   CALL(tevStatCon)(tev_);
   CALL(tevStatPChar)(tev_, "a begun line");
-  std::filesystem::resize_file(host::ArrayPath(control_.instance), 100);
+  std::filesystem::resize_file(host::ArrayPath(control_.instance), 70);
   const auto read = [&] {
     void* cursor = nullptr;
     double value = 0.0;

@@ -10,6 +10,8 @@
 
 #include "base/database.h"
 #include "base/input_error.h"
+#include "instance/instance.h"
+#include "instance/instance_reader.h"
 #include "instance/names.h"
 #include "tavolite/tables/text_table.h"
 #include "tests/support/program.h"
@@ -61,7 +63,7 @@ TableModel FromText(const std::string& text, const TableOptions& options, char s
                    .threads = threads,
                    .separator = separator});
   const TablePlan plan = MakeTablePlan(table.ReadHeader(), options);
-  return MakeTableModel(plan, table.ReadRows(plan), options.intercept);
+  return MakeTableModel(plan, table.ReadRows(plan, {}), options.intercept);
 }
 
 std::string Failure(const std::string& text, const TableOptions& options, std::size_t block = 0) {
@@ -152,7 +154,7 @@ TEST(ReadTableTest, ChoiceOfColumnsAndIntercept) {
   // A regressor may be named like a symbol of the model or like a row.
   made = FromText("y,2,rss\n1,2,4\n2,3,4\n3,3,5\n", Response("y"));
   EXPECT_EQ(Rows(made.model)[1], "fit(2): y=2 2=3 rss=4");
-  EXPECT_EQ(made.model.dictionary.labels, (std::vector<std::string>{"1", "2", "3"}));
+  EXPECT_EQ(made.model.dictionary.labels, (TextList{"1", "2", "3"}));
 }
 
 // Rows, numbers of lines and the first error are the same wherever the file is cut and whoever
@@ -195,12 +197,20 @@ TEST(ReadTableTest, PackedFilesGiveTheSameAsText) {
                        .format = InputFormat::kCsv,
                        .table = Response("y"),
                        .quiet = true};
-  const TableModel made = ReadTable(options);
+  const TableModel made = ReadTable(options, directory / "t.db");
+  const Model expected = FromText(text, Response("y")).model;
   EXPECT_EQ(made.model.name, "t");
-  EXPECT_EQ(made.model.rhs, FromText(text, Response("y")).model.rhs);
+  EXPECT_EQ(made.model.rhs, expected.rhs);
+  // So long a table's matrix is in the instance before its end is read.
+  EXPECT_TRUE(made.model.columns[1].values.empty());
+  WriteInstance(made.model, directory / "t.db");
+  InstanceReader reader(directory / "t.db");
+  ColumnPiece piece;
+  reader.ReadPiece(1, 0, piece);
+  EXPECT_EQ(piece.values, expected.columns[1].values);
   std::filesystem::resize_file(options.input, std::filesystem::file_size(options.input) / 2);
   try {
-    ReadTable(options);
+    ReadTable(options, {});
     ADD_FAILURE() << "read";
   } catch (const InputError& error) {
     EXPECT_EQ(error.what(),
@@ -221,7 +231,8 @@ TEST(ReadTableTest, QueriesGiveTheSameAsText) {
   }
   TableOptions options = Response("y");
   options.labels = {"k"};
-  const TableModel made = ReadTable(Query(file, "select k, y, x from t order by k desc;", options));
+  const TableModel made =
+      ReadTable(Query(file, "select k, y, x from t order by k desc;", options), {});
   const std::vector<std::string> expected{"fit(f): y=9.0072e+15 x=-1", "fit(d): y=4 x=1",
                                           "fit(b): y=2 x=3", "fit(a): y=1 x=2.5",
                                           "objective: y=0 rss=-1"};
@@ -251,7 +262,7 @@ TEST(ReadTableTest, QueriesGiveTheSameAsText) {
   };
   for (const auto& c : cases) {
     try {
-      ReadTable(Query(file, c.query, Response("y")));
+      ReadTable(Query(file, c.query, Response("y")), {});
       ADD_FAILURE() << c.query;
     } catch (const InputError& error) {
       EXPECT_EQ(error.what(), testing_support::Utf8(file) + c.failure) << c.query;
