@@ -10,10 +10,10 @@
 //    4    int&                       int*               the library writes it
 //    9    LongText                   const char*        trimmed, cut to 511, terminated
 //   11    std::string_view           const char*        trimmed, cut to 255, short string
-//   12    ShortOut                   char*              256 bytes for a short string
+//   12    ShortOut                   char*              as 17, copied into the caller's field
 //   13    double                     double
 //   14    double&                    double*            the library writes it
-//   17    TextOut                    char*              as 12
+//   17    ShortText&                 char*              256 bytes for a short string
 //   19    char&                      char*              one character
 //   52    LabelNumbers&              int*               room for 20
 //   53    const ValueRecord&         const double*      5 values
@@ -49,15 +49,19 @@ struct LongText {
 };
 
 // A field of the caller's that receives a text: over its whole width, cut or blank-padded.
-template <int signature_code>
-struct TextField {
+struct ShortOut {
   template <class T>
-  requires std::convertible_to<T&&, std::span<char>> TextField(T&& target)
+  requires std::convertible_to<T&&, std::span<char>> ShortOut(T&& target)
       : field(target) {}  // NOLINT(google-explicit-constructor)
   std::span<char> field;
 };
-using ShortOut = TextField<12>;
-using TextOut = TextField<17>;
+
+// A text that is read where the library has put it. For names and labels, of which there are
+// millions: padding a field of theirs and trimming it again would be most of the work.
+struct ShortText {
+  [[nodiscard]] std::string_view View() const { return FromShortString(buffer); }
+  char buffer[kShortStringBuffer];
+};
 
 // The first `dimension` labels of a record, at most 20, blank where `keys` has fewer; their
 // trailing blanks count only when `trim` is off.
@@ -142,11 +146,15 @@ struct Arg<std::string_view> {
   [[nodiscard]] const char* get() const { return buffer; }
   char buffer[kShortStringBuffer];
 };
-template <int signature_code>
-struct Arg<TextField<signature_code>> {
-  static constexpr int code = signature_code;
+template <>
+struct Arg<ShortText&> : ByAddress<17, char> {
+  explicit Arg(ShortText& text) : ByAddress(text.buffer[0]) { text.buffer[0] = '\0'; }
+};
+template <>
+struct Arg<ShortOut> {
+  static constexpr int code = 12;
   using c_type = char*;
-  explicit Arg(TextField<signature_code> target) : field(target.field) { buffer[0] = '\0'; }
+  explicit Arg(ShortOut target) : field(target.field) { buffer[0] = '\0'; }
   Arg(const Arg&) = delete;
   Arg& operator=(const Arg&) = delete;
   // Runs when the call's full expression ends, so the library has filled the buffer by then.

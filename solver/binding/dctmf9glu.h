@@ -11,8 +11,8 @@ namespace linfit {
 
 // The library's functions in the order in which they are checked, each with its C++ type.
 #define LINFIT_DCT_FUNCTIONS(entry)                                                      \
-  entry(dctSymName, int(int symbol, TextOut name));                                      \
-  entry(dctUelLabel, int(int label, char& quote, TextOut text));                         \
+  entry(dctSymName, int(int symbol, ShortText& name));                                   \
+  entry(dctUelLabel, int(int label, char& quote, ShortText& text));                      \
   entry(dctColUels, int(int column, int& symbol, LabelNumbers& labels, int& dimension)); \
   entry(dctRowUels, int(int row, int& symbol, LabelNumbers& labels, int& dimension))
 

@@ -27,9 +27,8 @@ void CheckSize(SolverRun& run) {
 void Allocate(RegressionData& data) {
   data.DesignMatrix.resize(ArraySize(data.n) * ArraySize(data.p));
   data.ResponseVector.assign(ArraySize(data.n), 0.0);
-  data.CoefficientNames.records.reserve(ArraySize(data.p));
-  data.ObservationNames.records.reserve(ArraySize(data.n));
-  data.ObservationNames.labels.reserve(ArraySize(data.n));
+  Reserve(data.CoefficientNames, ArraySize(data.p));
+  Reserve(data.ObservationNames, ArraySize(data.n));
 }
 
 // The model holds y - A b = 0 with y moved to the right-hand side: both signs are turned back.

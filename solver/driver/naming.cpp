@@ -1,8 +1,6 @@
 #include "driver/naming.h"
 
 #include <algorithm>
-#include <array>
-#include <string_view>
 
 #include "driver/output.h"
 
@@ -18,19 +16,15 @@ void AppendDictionaryName(SolverRun& run, const decltype(Dct::dctRowUels)& uels,
   int dimension = 0;
   LabelNumbers numbers{};
   run.last_return_code = uels(run.dictionary, number, symbol, numbers, dimension);
-  std::array<char, kLabelWidth> name;
-  run.last_return_code = run.dct.dctSymName(run.dictionary, symbol, name);
+  ShortText text;
+  run.last_return_code = run.dct.dctSymName(run.dictionary, symbol, text);
+  AppendName(names, symbol, text.View(), dimension);
 
-  std::array<std::array<char, kLabelWidth>, kMaxLabels> texts;
-  std::array<LabelText, kMaxLabels> labels;
-  dimension = std::min(dimension, kMaxLabels);
-  for (std::size_t k = 0; k < ArraySize(dimension); ++k) {
-    labels[k].number = numbers[k];
-    run.last_return_code =
-        run.dct.dctUelLabel(run.dictionary, numbers[k], labels[k].quote, texts[k]);
-    labels[k].text = Trimmed(texts[k]);
+  for (std::size_t k = 0; k < ArraySize(std::min(dimension, kMaxLabels)); ++k) {
+    char quote = ' ';
+    run.last_return_code = run.dct.dctUelLabel(run.dictionary, numbers[k], quote, text);
+    AppendLabel(names, text.View(), numbers[k], quote);
   }
-  AppendName(names, symbol, Trimmed(name), labels.data(), dimension);
 }
 
 }  // namespace
@@ -42,7 +36,7 @@ void AppendRowName(SolverRun& run, int row, NameTable& names) {
 
 void AppendColumnName(SolverRun& run, int column, NameTable& names) {
   if (column == kNoNumber) {
-    AppendName(names, 0, "Constant", nullptr, 0);
+    AppendName(names, 0, "Constant", 0);
     return;
   }
   AppendDictionaryName(run, run.dct.dctColUels, column, names);

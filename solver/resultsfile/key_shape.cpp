@@ -24,11 +24,10 @@ bool JoinDimension(KeyShape& shape, std::int32_t dimension) {
 // False at the first difference. What comes after it isn't looked at, so that an intercept behind
 // it, as the last column is, stays unknown and gets a key like any other column.
 bool ScanCoefficientDimensions(const NameTable& names, KeyShape& shape) {
-  for (std::size_t j = 0; j < names.records.size(); ++j) {
-    const std::int32_t dimension = names.records[j].dimension;
-    if (dimension == kInterceptDimension) {
-      shape.intercept_column = static_cast<std::int32_t>(j) + 1;
-    } else if (!JoinDimension(shape, dimension)) {
+  for (const NameGroup& group : names.groups) {
+    if (group.dimension == kInterceptDimension) {
+      shape.intercept_column = static_cast<std::int32_t>(group.first_record) + 1;
+    } else if (!JoinDimension(shape, group.dimension)) {
       return false;
     }
   }
@@ -37,13 +36,12 @@ bool ScanCoefficientDimensions(const NameTable& names, KeyShape& shape) {
 
 // True when all elements but the intercept belong to one symbol.
 bool ScanSymbols(const NameTable& names, KeyShape& shape) {
-  for (std::size_t i = 0; i < names.records.size(); ++i) {
-    const LabelledName& record = names.records[i];
-    if (record.dimension == kInterceptDimension) continue;
+  for (const NameGroup& group : names.groups) {
+    if (group.dimension == kInterceptDimension) continue;
     if (shape.common_symbol_number == -1) {
-      shape.common_symbol_number = record.symbol_number;
-      shape.common_symbol_name = SymbolName(names, i);
-    } else if (record.symbol_number != shape.common_symbol_number) {
+      shape.common_symbol_number = group.symbol_number;
+      shape.common_symbol_name = SymbolName(names, group.first_record);
+    } else if (group.symbol_number != shape.common_symbol_number) {
       shape.common_symbol_number = -1;
       return false;
     }
@@ -69,7 +67,7 @@ void SetNumberedKey(NameTable& names, std::size_t i, char prefix) {
 }
 
 void SetCoefficientFlatKeys(NameTable& names, const KeyShape& shape) {
-  for (std::size_t j = 0; j < names.records.size(); ++j) {
+  for (std::size_t j = 0; j < names.count; ++j) {
     if (static_cast<std::int32_t>(j) + 1 == shape.intercept_column) {
       SetFlatKey(names, j, kInterceptKey);
     } else if (shape.common_dimension != 0) {
@@ -108,11 +106,11 @@ void AnalyseCoefficientKeys(NameTable& names, KeyShape& shape) {
 
 Failure AnalyseObservationKeys(NameTable& names, KeyShape& shape) {
   bool structured = true;
-  for (const LabelledName& record : names.records) {
-    if (record.dimension == kInterceptDimension) {
+  for (const NameGroup& group : names.groups) {
+    if (group.dimension == kInterceptDimension) {
       return "d=-1 internal error";
     }
-    if (!JoinDimension(shape, record.dimension)) {
+    if (!JoinDimension(shape, group.dimension)) {
       structured = false;
       break;
     }
@@ -123,7 +121,7 @@ Failure AnalyseObservationKeys(NameTable& names, KeyShape& shape) {
     return {};
   }
   SetFlat(shape);
-  for (std::size_t i = 0; i < names.records.size(); ++i) {
+  for (std::size_t i = 0; i < names.count; ++i) {
     SetNumberedKey(names, i, 'r');
   }
   return {};

@@ -54,7 +54,7 @@ struct Elements {
   const NameTable& names;
   const KeyShape& shape;
 
-  [[nodiscard]] std::size_t Count() const { return names.records.size(); }
+  [[nodiscard]] std::size_t Count() const { return names.count; }
   void AddKeys(std::size_t element, KeyList& list) const {
     if (shape.key_mode == KeyMode::kFlat) {
       list.Add(FlatKey(names, element));

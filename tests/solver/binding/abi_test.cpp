@@ -56,8 +56,11 @@ TEST(TextOut, IsCutOrPadded) {
   std::array<char, 10> field{};
   EXPECT_EQ(Abi<int(ShortOut)>::Call(GiveTwenty, nullptr, field), 7);
   EXPECT_EQ(std::string(field.data(), field.size()), "1234567890");
-  EXPECT_EQ(Abi<int(TextOut)>::Call(GiveTwenty, nullptr, std::span(field).first(4)), 7);
-  EXPECT_EQ(std::string(field.data(), field.size()), "1234567890");
+  ShortText text;
+  EXPECT_EQ(Abi<int(ShortText&)>::Call(GiveTwenty, nullptr, text), 7);
+  EXPECT_EQ(text.View(), "12345678901234567890");
+  Abi<int(ShortText&)>::Call(GiveNothing, nullptr, text);
+  EXPECT_EQ(text.View(), "");
   Abi<int(ShortOut)>::Call(GiveNothing, nullptr, field);
   EXPECT_EQ(Trimmed(field), "");
 

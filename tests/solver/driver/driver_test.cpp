@@ -16,8 +16,8 @@ RegressionData Extracted(int add_constant_term, double first, double second) {
   data.DesignMatrix = {1.0, first, 1.0, second};
   data.DesignMatrix.resize(2 * static_cast<std::size_t>(data.p), 0.0);
   data.AddConstantTerm = add_constant_term;
-  AppendName(data.CoefficientNames, 1, "first", nullptr, 0);
-  AppendName(data.CoefficientNames, 2, "second", nullptr, 0);
+  AppendName(data.CoefficientNames, 1, "first", 0);
+  AppendName(data.CoefficientNames, 2, "second", 0);
   return data;
 }
 
@@ -42,7 +42,7 @@ TEST_P(Intercept, IsFoundOrAdded) {
   EXPECT_EQ(data.has_intercept, row.has_intercept);
   EXPECT_EQ(data.AddConstantTerm, row.option_after);
   const auto p = static_cast<std::size_t>(row.p);
-  ASSERT_EQ(data.CoefficientNames.records.size(), p);
+  ASSERT_EQ(data.CoefficientNames.count, p);
   ASSERT_EQ(data.DesignMatrix.size(), 2 * p);
   EXPECT_EQ(DisplayName(data.CoefficientNames, p - 1), row.last_name);
   const double last = row.last_name.empty() ? 0.0 : 1.0;

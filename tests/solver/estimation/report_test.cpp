@@ -13,9 +13,9 @@ namespace {
 
 TEST(Report, WholeText) {
   RegressionData data = Problem({{1, 2, 3}, {4, 5, 6}, {1, 1, 1}}, {1, 2, 2}, true);
-  const LabelText label{"1947", 7, '\''};
-  AppendName(data.CoefficientNames, 3, "b", &label, 1);
-  AppendName(data.CoefficientNames, 4, "gross_national_product", nullptr, 0);
+  AppendName(data.CoefficientNames, 3, "b", 1);
+  AppendLabel(data.CoefficientNames, "1947", 7, '\'');
+  AppendName(data.CoefficientNames, 4, "gross_national_product", 0);
   AppendIntercept(data.CoefficientNames);
   RegressionResult result;
   result.estimate = {1.5, -123456.789, 2e-7};

@@ -13,7 +13,7 @@ using Texts = std::vector<std::string>;
 // The keys of every element, joined by ".".
 Texts Keys(const NameTable& names, const KeyShape& shape) {
   Texts keys;
-  for (std::size_t i = 0; i < names.records.size(); ++i) {
+  for (std::size_t i = 0; i < names.count; ++i) {
     KeyList list;
     Elements{names, shape}.AddKeys(i, list);
     keys.push_back(Joined(list));
@@ -87,8 +87,8 @@ TEST(KeyShape, InterceptTakesTheCommonSymbol) {
   EXPECT_EQ(shape.intercept_column, 3);
   EXPECT_EQ(shape.common_symbol_number, 'b');
   EXPECT_EQ(shape.common_symbol_name, "b");
-  EXPECT_EQ(names.records[2].dimension, 2);
-  EXPECT_EQ(names.records[2].symbol_number, 'b');
+  EXPECT_EQ(Dimension(names, 2), 2);
+  EXPECT_EQ(SymbolNumber(names, 2), 'b');
   EXPECT_EQ(SymbolName(names, 2), "b");
   EXPECT_EQ(LabelNumber(names, 2, 1), -1);
   EXPECT_EQ(DisplayName(names, 2), "Intercept");

@@ -33,9 +33,8 @@ inline NameTable Names(const std::vector<std::string>& texts) {
         words.back() += c;
       }
     }
-    std::vector<LabelText> labels;
-    for (std::size_t k = 1; k < words.size(); ++k) labels.push_back({words[k], 1, ' '});
-    AppendName(names, words[0][0], words[0], labels.data(), static_cast<int>(labels.size()));
+    AppendName(names, words[0][0], words[0], static_cast<int>(words.size()) - 1);
+    for (std::size_t k = 1; k < words.size(); ++k) AppendLabel(names, words[k], 1, ' ');
   }
   return names;
 }
