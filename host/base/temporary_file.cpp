@@ -65,9 +65,10 @@ fs::path Directory(const fs::path& target) {
 // enough to report: what can't be removed stays.
 template <class IsAbandoned>
 void RemoveFiles(const fs::path& target, IsAbandoned is_abandoned) {
-  const std::string prefix = FileName(target) + ".tmp-";
-  for (const fs::path& file : FilesIn(Directory(target))) {
-    const Owner owner = OwnerOf(FileName(file), prefix);
+  fs::path prefix = target.filename();
+  prefix += ".tmp-";
+  for (const fs::path& file : FilesIn(Directory(target), prefix)) {
+    const Owner owner = OwnerOf(FileName(file), FileName(prefix));
     std::error_code ignored;
     if (owner.process > 0 && is_abandoned(owner, file)) fs::remove(file, ignored);
   }

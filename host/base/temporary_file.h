@@ -28,9 +28,10 @@ int CurrentProcessNumber();
 bool ProcessExists(int number);
 // Differs wherever the same process number may mean different processes.
 std::string ProcessSpace();
-// The paths of what a directory holds; none when it can't be read. The standard library's iterator
-// ends the process where memory runs out.
-std::vector<std::filesystem::path> FilesIn(const std::filesystem::path& directory);
+// The paths of what a directory holds under names that start with `prefix`; none when it can't be
+// read. The standard library's iterator ends the process where memory runs out.
+std::vector<std::filesystem::path> FilesIn(const std::filesystem::path& directory,
+                                           const std::filesystem::path& prefix);
 // Makes a file that wasn't there, with the permissions of `like` if there is such a file. Throws
 // std::system_error.
 void CreateNew(const std::filesystem::path& file, const std::filesystem::path& like);

@@ -38,13 +38,15 @@ std::string ProcessSpace() {
   return space;
 }
 
-std::vector<std::filesystem::path> FilesIn(const std::filesystem::path& directory) {
+std::vector<std::filesystem::path> FilesIn(const std::filesystem::path& directory,
+                                           const std::filesystem::path& prefix) {
   const std::unique_ptr<DIR, int (*)(DIR*)> stream(opendir(directory.c_str()), closedir);
   std::vector<std::filesystem::path> files;
   if (stream == nullptr) return files;
   while (const dirent* entry = readdir(stream.get())) {
     const std::string_view name = entry->d_name;
-    if (name != "." && name != "..") files.push_back(directory / name);
+    const bool is_asked = name.starts_with(prefix.native()) && name != "." && name != "..";
+    if (is_asked) files.push_back(directory / name);
   }
   return files;
 }

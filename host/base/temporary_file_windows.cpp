@@ -25,11 +25,13 @@ std::string ProcessSpace() {
   return GetComputerNameA(name.data(), &size) != 0 ? name.data() : "";
 }
 
-std::vector<std::filesystem::path> FilesIn(const std::filesystem::path& directory) {
+std::vector<std::filesystem::path> FilesIn(const std::filesystem::path& directory,
+                                           const std::filesystem::path& prefix) {
   std::error_code failed;
   std::vector<std::filesystem::path> files;
   for (const auto& entry : std::filesystem::directory_iterator(directory, failed)) {
-    files.push_back(entry.path());
+    const bool is_asked = entry.path().filename().native().starts_with(prefix.native());
+    if (is_asked) files.push_back(entry.path());
   }
   return files;
 }

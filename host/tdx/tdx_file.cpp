@@ -6,6 +6,7 @@
 #include <fstream>
 #include <string_view>
 #include <system_error>
+#include <utility>
 
 #include "base/database.h"
 #include "base/temporary_file.h"
@@ -90,17 +91,18 @@ void PutTdxInPlace(const fs::path& file, const fs::path& target) {
   MoveOver(file, target);
 }
 
-bool AddRunFacts(const fs::path& file, int process, const RunFacts& facts) {
-  if (!IsTdxFile(file)) return false;
+Database AddRunFacts(const fs::path& file, int process, const RunFacts& facts) {
+  if (!IsTdxFile(file)) return {};
   Database database(file, Database::Mode::kReadWrite);
   database.Distrust(kMaxValueBytes);
-  RequireTable(database, "tdx_file");
-  Statement column(database, "SELECT 1 FROM pragma_table_info('tdx_file') WHERE name = 'process'");
-  if (!column.Step()) return false;
-  column.Reset();
   // The row stays on its page, which is written in one piece: no journal is needed that could stay
   // beside the file.
-  database.Execute("PRAGMA journal_mode = MEMORY; PRAGMA synchronous = OFF");
+  database.Execute("PRAGMA journal_mode = MEMORY; PRAGMA synchronous = OFF; BEGIN");
+  RequireTable(database, "tdx_file");
+  const bool names_process =
+      sqlite3_table_column_metadata(database.Connection(), "main", "tdx_file", "process", nullptr,
+                                    nullptr, nullptr, nullptr, nullptr) == SQLITE_OK;
+  if (!names_process) return {};
   Statement update(
       database,
       "UPDATE tdx_file SET model = ?, response = ?, condition_number = ?, warnings = ?,"
@@ -112,7 +114,9 @@ bool AddRunFacts(const fs::path& file, int process, const RunFacts& facts) {
       .Bind(5, Cut(Lines(facts.notes), kMaxNoteBytes))
       .Bind(6, std::int64_t{process})
       .Run();
-  return sqlite3_changes(database.Connection()) > 0;
+  const bool is_own = sqlite3_changes(database.Connection()) > 0;
+  database.Execute("COMMIT");
+  return is_own ? std::move(database) : Database();
 }
 
 }  // namespace host

@@ -4,6 +4,7 @@
 
 #include <filesystem>
 
+#include "base/database.h"
 #include "tdx/tdx_schema.h"
 
 namespace host {
@@ -21,9 +22,10 @@ void CheckTdxTarget(const std::filesystem::path& target);
 // Throws std::system_error.
 void PutTdxInPlace(const std::filesystem::path& file, const std::filesystem::path& target);
 
-// Adds them to the results file that the solver's process has just written. False when the file is
-// not that process's: another solve has written it meanwhile, or it is no results file. At most 255
-// bytes of each name and 2000 bytes of warnings and 1000 of notes are kept. Throws DatabaseError.
-bool AddRunFacts(const std::filesystem::path& file, int process, const RunFacts& facts);
+// Adds them to the results file that the solver's process has just written, and leaves it open. The
+// result is not open when the file is not that process's: another solve has written it meanwhile,
+// or it is no results file. At most 255 bytes of each name and 2000 bytes of warnings and 1000 of
+// notes are kept. Throws DatabaseError.
+Database AddRunFacts(const std::filesystem::path& file, int process, const RunFacts& facts);
 
 }  // namespace host

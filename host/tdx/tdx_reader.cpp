@@ -48,14 +48,28 @@ TdxReader::TdxReader(const std::filesystem::path& file) : name_(Utf8(file)) {
   try {
     database_ = Database(file, Database::Mode::kRead);
     database_.Distrust(kMaxValueBytes);
-    CheckFormat();
-    ReadHeader();
-    ReadSymbols();
+    ReadCatalogue();
   } catch (const DatabaseError& failure) {
     if ((failure.code & 0xFF) == SQLITE_NOTADB) throw Error("not a TDX file");
     if ((failure.code & 0xFF) == SQLITE_CANTOPEN) throw Error("cannot be opened");
     throw Damage(failure);
   }
+}
+
+TdxReader::TdxReader(Database database) : name_(database.Name()), database_(std::move(database)) {
+  try {
+    ReadCatalogue();
+  } catch (const DatabaseError& failure) {
+    throw Damage(failure);
+  }
+}
+
+// The transaction, which goes with the connection, takes one lock for all that is read.
+void TdxReader::ReadCatalogue() {
+  database_.Execute("BEGIN");
+  CheckFormat();
+  ReadHeader();
+  ReadSymbols();
 }
 
 void TdxReader::CheckFormat() {

@@ -39,7 +39,10 @@ struct TdxRecords {
 class TdxReader {
  public:
   explicit TdxReader(const std::filesystem::path& file);
+  // Of a file that is open.
+  explicit TdxReader(Database database);
 
+  [[nodiscard]] const std::string& Name() const { return name_; }  // of the file
   [[nodiscard]] const TdxHeader& Header() const { return header_; }
   [[nodiscard]] const std::vector<TdxSymbolInfo>& Symbols() const { return symbols_; }
   // The symbol of that name, in any case of its letters; null when there is none.
@@ -53,6 +56,7 @@ class TdxReader {
   [[nodiscard]] FileError Error(std::string_view text) const;
   [[nodiscard]] FileError Damage(std::string_view what) const;
   [[nodiscard]] FileError Damage(const DatabaseError& error) const;
+  void ReadCatalogue();
   void CheckFormat();
   void ReadHeader();
   void ReadSymbols();

@@ -1,5 +1,6 @@
 #include "tavolite/solve/design_step.h"
 
+#include <chrono>
 #include <cmath>
 #include <exception>
 
@@ -18,12 +19,17 @@ bool IsPerfect(const DesignCheck& check, const Solution& solution) {
 
 }  // namespace
 
-void DesignStep::Start(const std::filesystem::path& instance, int constant_term) {
+void DesignStep::Start(const std::filesystem::path& instance, int constant_term, bool is_small) {
+  is_small_ = is_small;
   // Without a thread to be had, the check is done when it is asked for.
-  check_ = std::async(std::launch::async | std::launch::deferred,
+  check_ = std::async(is_small ? std::launch::deferred : std::launch::async | std::launch::deferred,
                       [instance, constant_term, stop = stop_.get_token()] {
                         return CheckDesign(instance, constant_term, stop);
                       });
+}
+
+void DesignStep::RunSmall() {
+  if (is_small_ && check_.valid()) check_.wait();
 }
 
 DesignFindings DesignStep::End(const ModelNames& names, const Solution& solution) {
@@ -48,7 +54,9 @@ DesignFindings DesignStep::End(const ModelNames& names, const Solution& solution
 
 void DesignStep::Stop() {
   stop_.request_stop();
-  if (check_.valid()) check_.wait();
+  const bool is_begun =
+      check_.valid() && check_.wait_for(std::chrono::seconds(0)) != std::future_status::deferred;
+  if (is_begun) check_.wait();
 }
 
 }  // namespace host

@@ -28,8 +28,10 @@ class DesignStep {
   DesignStep& operator=(const DesignStep&) = delete;
   ~DesignStep() { Stop(); }
 
-  // `constant_term` is the solver's option.
-  void Start(const std::filesystem::path& instance, int constant_term);
+  // `constant_term` is the solver's option. A small check takes less time than a thread's start: it
+  // waits for RunSmall.
+  void Start(const std::filesystem::path& instance, int constant_term, bool is_small);
+  void RunSmall();
   // Waits for the check. What keeps it from being done is a warning.
   // Only once.
   DesignFindings End(const ModelNames& names, const Solution& solution);
@@ -39,6 +41,7 @@ class DesignStep {
  private:
   std::stop_source stop_;
   std::future<DesignCheck> check_;
+  bool is_small_ = false;
 };
 
 }  // namespace host

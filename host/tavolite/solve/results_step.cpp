@@ -5,7 +5,6 @@
 
 #include "base/excerpt.h"
 #include "base/text_file.h"
-#include "tdx/tdx_reader.h"
 
 namespace host {
 namespace {
@@ -30,16 +29,15 @@ bool AreEstimatesOf(const TdxRecords& estimates, const Solution& solution,
 
 }  // namespace
 
-AddedIntercept ReadAddedIntercept(const fs::path& results, const Solution& solution,
+AddedIntercept ReadAddedIntercept(TdxReader& results, const Solution& solution,
                                   std::int32_t objective_column) {
-  TdxReader reader(results);
-  const TdxRecords estimates = reader.Read(reader.Get("estimate"));
-  const TdxRecords errors = reader.Read(reader.Get("se"));
+  const TdxRecords estimates = results.Read(results.Get("estimate"));
+  const TdxRecords errors = results.Read(results.Get("se"));
   // The objective's column makes room for the intercept's record behind the others.
   const std::size_t records = solution.columns.level.size();
   if (estimates.values.size() != records || errors.values.size() != records ||
       !AreEstimatesOf(estimates, solution, objective_column)) {
-    throw FileError(Utf8(results) + " holds the results of another solve by now");
+    throw FileError(results.Name() + " holds the results of another solve by now");
   }
   return {estimates.values.back(), errors.values.back()};
 }

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "instance/instance.h"
+#include "tdx/tdx_reader.h"
 
 namespace host {
 
@@ -17,7 +18,7 @@ struct AddedIntercept {
 
 // The intercept that the solver has added. The objective's column has no estimate. Throws FileError
 // when the file can't be read or is not the one that goes with `solution`.
-AddedIntercept ReadAddedIntercept(const std::filesystem::path& results, const Solution& solution,
+AddedIntercept ReadAddedIntercept(TdxReader& results, const Solution& solution,
                                   std::int32_t objective_column);
 
 // For a solve that began at `start` and has failed: a line that says whose results stand in the

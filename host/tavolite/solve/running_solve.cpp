@@ -59,8 +59,9 @@ void RunningSolve::SetResultsFile(const fs::path& file) {
 }
 
 ChildProcess::Exit RunningSolve::RunSolver(const fs::path& solver, const fs::path& argument,
-                                           const std::function<void(std::string_view)>& on_output) {
-  const ChildProcess::Exit exit = solver_.Run(solver, argument, on_output);
+                                           const std::function<void(std::string_view)>& on_output,
+                                           const std::function<void()>& meanwhile) {
+  const ChildProcess::Exit exit = solver_.Run(solver, argument, on_output, meanwhile);
   if (exit.process != 0) RemoveTemporaryFiles(results_file_, exit.process);
   return exit;
 }

@@ -30,10 +30,12 @@ class RunningSolve {
 
   // Where the solver puts its results: what it leaves half-written there goes with it.
   void SetResultsFile(const std::filesystem::path& file);
-  // Runs the solver with `argument` and removes what it has left if it was killed.
+  // Runs the solver with `argument`, as ChildProcess::Run, and removes what it has left if it was
+  // killed.
   ChildProcess::Exit RunSolver(const std::filesystem::path& solver,
                                const std::filesystem::path& argument,
-                               const std::function<void(std::string_view)>& on_output);
+                               const std::function<void(std::string_view)>& on_output,
+                               const std::function<void()>& meanwhile);
 
   // Has `write` fill a file beside `target` that then takes its name. What is no regular file, and
   // a file in a directory that takes no other, is written as it stands. `write` throws FileError.

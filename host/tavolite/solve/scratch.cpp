@@ -44,12 +44,9 @@ void RemoveWhole(const fs::path& directory) noexcept {
 // A directory that is to be kept has no lock. On Windows, what a solve that fails still has open
 // stays behind it.
 void RemoveAbandoned(const fs::path& parent) {
-  const fs::path::string_type prefix = fs::path(kPrefix).native();
-  for (const fs::path& file : FilesIn(parent)) {
+  for (const fs::path& file : FilesIn(parent, kPrefix)) {
     std::error_code ignored;
-    const bool ours = file.filename().native().starts_with(prefix) &&
-                      fs::is_directory(fs::symlink_status(file, ignored));
-    if (!ours) continue;
+    if (!fs::is_directory(fs::symlink_status(file, ignored))) continue;
     if (file.extension() == kRemoved) {
       TryRemove(file);
     } else if (OwnerLock::IsAbandoned(file / kLock)) {

@@ -52,6 +52,12 @@ struct Session {
   [[nodiscard]] fs::path Scratch(const char* name) const { return running->Scratch(name); }
 };
 
+// Whether the matrix is so small that a second thread would take longer to start than to work.
+bool IsSmall(const Session& session) {
+  constexpr std::size_t kSmall = 20'000;
+  return session.faults.observations * session.faults.coefficients <= kSmall;
+}
+
 void Print(const Session& session, const std::string& line) {
   session.err << "tavolite: ";
   WritePrintable(session.err, line);
@@ -117,10 +123,12 @@ ModelNames Prepare(Session& session) {
   session.running->SetResultsFile(session.results);
   if (!session.options.timing.empty()) control.timing = session.Scratch("timing.txt");
   WriteControlFile(control, session.Scratch("control.txt"));
-  session.design.Start(control.instance, session.solver_options.constant_term);
-  session.matrix_end = std::async([columns = std::move(input.model.columns)]() mutable {
-    std::vector<Column>().swap(columns);
-  });
+  session.design.Start(control.instance, session.solver_options.constant_term, IsSmall(session));
+  if (!IsSmall(session)) {
+    session.matrix_end = std::async([columns = std::move(input.model.columns)]() mutable {
+      std::vector<Column>().swap(columns);
+    });
+  }
   session.times.End("write the instance");
   return {std::move(input.model.name),      std::move(input.model.dictionary),
           std::move(input.model.row_names), std::move(input.model.column_names),
@@ -135,8 +143,8 @@ ChildProcess::Exit RunSolver(Session& session, SolverLog& log) {
     log.Take(piece);
     if (!session.options.quiet) (session.out << piece).flush();
   };
-  const auto exit =
-      session.running->RunSolver(session.solver, session.Scratch("control.txt"), on_output);
+  const auto exit = session.running->RunSolver(session.solver, session.Scratch("control.txt"),
+                                               on_output, [&] { session.design.RunSmall(); });
   log.End();
   if (!session.options.timing.empty()) session.times.EndSolver(session.Scratch("timing.txt"));
   return exit;
@@ -179,12 +187,14 @@ bool CheckDesign(Session& session, const Solution& solution, ModelNames& names) 
   return findings.full_rank;
 }
 
+// `file` is the results file, where it is open already.
 void FindIntercept(Session& session, ModelNames& names, const Solution& solution,
-                   const SolverLog& log) {
+                   const SolverLog& log, Database file) {
   if (log.ResultsFile().empty() || !AddsIntercept(session.faults, session.solver_options)) return;
   try {
-    names.intercept =
-        ReadAddedIntercept(FromUtf8(log.ResultsFile()), solution, names.objective_column);
+    TdxReader results =
+        file.IsOpen() ? TdxReader(std::move(file)) : TdxReader(FromUtf8(log.ResultsFile()));
+    names.intercept = ReadAddedIntercept(results, solution, names.objective_column);
   } catch (const std::exception& error) {
     names.warnings.push_back(
         std::string("the intercept that the solver has added can't be shown: ") +
@@ -205,14 +215,17 @@ void WriteReport(Session& session, const ModelNames& names, const SolverLog& log
   if (!session.options.quiet) session.out << "Report:        " << Utf8(report) << '\n';
 }
 
-// What the results file can't know by itself. False when another solve has written it since.
-bool KeepRunFacts(Session& session, const ModelNames& names, int process, const SolverLog& log) {
+// What the results file, which is left open, can't know by itself. False when another solve has
+// written it since.
+bool KeepRunFacts(Session& session, const ModelNames& names, int process, const SolverLog& log,
+                  Database& file) {
   if (log.ResultsFile().empty()) return true;
   const WithoutInterrupt now;
   try {
-    return AddRunFacts(FromUtf8(log.ResultsFile()), process,
+    file = AddRunFacts(FromUtf8(log.ResultsFile()), process,
                        {names.model, session.options.table.response, names.condition,
                         names.warnings, names.notes});
+    return file.IsOpen();
   } catch (const std::exception& error) {
     Warn(session, std::string("the results file does not name the model: ") + FailureText(error));
     return true;
@@ -225,11 +238,12 @@ int Finish(Session& session, ModelNames& names, const ChildProcess::Exit& exit,
   const std::optional<Solution> solution = ReadSolution(instance);
   const bool full_rank = solution && CheckDesign(session, *solution, names);
   session.design.Stop();
-  const bool own = !solution || KeepRunFacts(session, names, exit.process, log);
-  if (solution) FindIntercept(session, names, *solution, log);
-  // A large file takes its time to go.
+  Database results;
+  const bool own = !solution || KeepRunFacts(session, names, exit.process, log, results);
+  if (solution) FindIntercept(session, names, *solution, log, std::move(results));
+  // A large file takes its time to go; a small one goes with its directory.
   std::future<void> removal;
-  if (!session.options.keep) {
+  if (!session.options.keep && !IsSmall(session)) {
     // Where it fails, the directory's removal tries again.
     removal = std::async([instance] { RemoveInstance(instance); });
   }

@@ -25,9 +25,11 @@ class ChildProcess {
 
   // Runs `program` with `argument` as its only one and waits for its end. Its standard output goes
   // to `on_output`, piece by piece as it comes; its standard error is ours, its input is empty.
+  // `meanwhile`, which throws nothing, is what this process does while the other one starts.
   // Throws std::system_error when it can't be started.
   Exit Run(const std::filesystem::path& program, const std::filesystem::path& argument,
-           const std::function<void(std::string_view)>& on_output);
+           const std::function<void(std::string_view)>& on_output,
+           const std::function<void()>& meanwhile);
 
   // Ends the program that Run has started, if there is one, and returns when it is gone; Run does
   // not start another one. To be called from another thread than Run. Gives the program's process

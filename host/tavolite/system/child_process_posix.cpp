@@ -1,4 +1,5 @@
 #include <fcntl.h>
+#include <poll.h>
 #include <signal.h>
 #include <spawn.h>
 #include <sys/wait.h>
@@ -57,14 +58,29 @@ class SpawnSetup {
   posix_spawnattr_t attributes_{};
 };
 
+// Waits for output, and then for what comes right behind it: a program that writes line by line
+// would otherwise wake this one at each of them. Only the end of the output ends the second wait,
+// so that nothing is held back for longer than a reader could notice.
+void AwaitOutput(int pipe) {
+  constexpr int kGatherMilliseconds = 5;
+  pollfd first{pipe, POLLIN, 0};
+  if (poll(&first, 1, -1) != 1 || (first.revents & POLLHUP) != 0) return;
+  pollfd end{pipe, 0, 0};
+  (void)poll(&end, 1, kGatherMilliseconds);
+}
+
 // The number of the failure, 0 when there was none.
 int ReadToEnd(int pipe, const std::function<void(std::string_view)>& on_output) {
   std::array<char, 65536> buffer;
+  ssize_t count = 0;
   while (true) {
-    const ssize_t count = read(pipe, buffer.data(), buffer.size());
+    // Behind a whole buffer the pipe may be full and the program wait.
+    if (static_cast<std::size_t>(count) < buffer.size()) AwaitOutput(pipe);
+    count = read(pipe, buffer.data(), buffer.size());
     if (count > 0) on_output({buffer.data(), static_cast<std::size_t>(count)});
     if (count == 0) return 0;
     if (count < 0 && errno != EINTR) return errno;
+    if (count < 0) count = 0;
   }
 }
 
@@ -92,7 +108,8 @@ ChildProcess::~ChildProcess() = default;
 
 ChildProcess::Exit ChildProcess::Run(const std::filesystem::path& program,
                                      const std::filesystem::path& argument,
-                                     const std::function<void(std::string_view)>& on_output) {
+                                     const std::function<void(std::string_view)>& on_output,
+                                     const std::function<void()>& meanwhile) {
   std::array<int, 2> ends{};
   if (pipe2(ends.data(), O_CLOEXEC) != 0) Fail(errno, "pipe");
   pid_t pid = 0;
@@ -114,6 +131,7 @@ ChildProcess::Exit ChildProcess::Run(const std::filesystem::path& program,
     close(ends[0]);
     Fail(failure, "can't start " + program.string());
   }
+  meanwhile();
   failure = ReadToEnd(ends[0], on_output);
   close(ends[0]);
 

@@ -67,7 +67,8 @@ ChildProcess::~ChildProcess() = default;
 
 ChildProcess::Exit ChildProcess::Run(const std::filesystem::path& program,
                                      const std::filesystem::path& argument,
-                                     const std::function<void(std::string_view)>& on_output) {
+                                     const std::function<void(std::string_view)>& on_output,
+                                     const std::function<void()>& meanwhile) {
   SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
   Handle read_end;
   Handle write_end;
@@ -97,6 +98,7 @@ ChildProcess::Exit ChildProcess::Run(const std::filesystem::path& program,
   const Handle process(information.hProcess);
   const Handle thread(information.hThread);
   write_end.Close();
+  meanwhile();
   ReadToEnd(read_end.Get(), on_output);
   WaitForSingleObject(process.Get(), INFINITE);
   DWORD code = 0;

@@ -59,10 +59,12 @@ class TdxFile : public testing::Test {
 
 TEST_F(TdxFile, FactsOfTheRunAreAddedToItsOwnFileOnly) {
   EXPECT_EQ(TdxReader(file_).Header().run.model, "");
-  EXPECT_FALSE(AddRunFacts(file_, CurrentProcessNumber() + 1, {"other", "z"}));
-  EXPECT_TRUE(AddRunFacts(file_, CurrentProcessNumber(),
-                          {"longley.mod", std::string(300, 'y'), 12.5, {"one", "two"}, {"three"}}));
-  const RunFacts facts = TdxReader(file_).Header().run;
+  EXPECT_FALSE(AddRunFacts(file_, CurrentProcessNumber() + 1, {"other", "z"}).IsOpen());
+  Database written =
+      AddRunFacts(file_, CurrentProcessNumber(),
+                  {"longley.mod", std::string(300, 'y'), 12.5, {"one", "two"}, {"three"}});
+  ASSERT_TRUE(written.IsOpen());
+  const RunFacts facts = TdxReader(std::move(written)).Header().run;
   EXPECT_EQ(facts.model, "longley.mod");
   EXPECT_EQ(facts.response, std::string(255, 'y'));
   EXPECT_EQ(facts.condition_number, 12.5);
@@ -73,7 +75,7 @@ TEST_F(TdxFile, FactsOfTheRunAreAddedToItsOwnFileOnly) {
   Execute(
       "create table old as select schema_version, producer, library_version, created from tdx_file;"
       "drop table tdx_file; alter table old rename to tdx_file");
-  EXPECT_FALSE(AddRunFacts(file_, CurrentProcessNumber(), {"longley.mod", "y"}));
+  EXPECT_FALSE(AddRunFacts(file_, CurrentProcessNumber(), {"longley.mod", "y"}).IsOpen());
   EXPECT_EQ(TdxReader(file_).Header().library_version, "version");
   EXPECT_EQ(Fault(), "none");
 }
