@@ -61,6 +61,26 @@ double dlamch_(const char* cmach, std::size_t cmach_length);
       return 1;
   }
 }
+
+// DGELS asks for the largest magnitude of its matrix to see whether it has to be scaled: the same
+// value as LAPACK's own function has, at the speed of the memory. That is the only norm that is
+// asked for here.
+[[gnu::visibility("default")]] double dlange_(const char* norm, const int* m, const int* n,
+                                              const double* a, const int* lda, double*,
+                                              std::size_t) {
+  if (*norm != 'M') {
+    const int argument = 1;
+    xerbla_("DLANGE", &argument, 6);
+  }
+  const auto column_step = static_cast<std::size_t>(*lda);
+  const std::size_t rows = linfit::ArraySize(*m);
+  double largest = 0.0;
+  for (std::size_t j = 0; j < linfit::ArraySize(*n); ++j) {
+    const double of_columns[] = {largest, linfit::LargestMagnitude({a + j * column_step, rows})};
+    largest = linfit::LargestMagnitude(of_columns);
+  }
+  return largest;
+}
 }
 
 namespace linfit {

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <limits>
 #include <random>
+#include <span>
 #include <vector>
 
 extern "C" double dlange_(const char* norm, const int* m, const int* n, const double* a,
@@ -15,11 +16,22 @@ extern "C" double dlange_(const char* norm, const int* m, const int* n, const do
 namespace linfit {
 namespace {
 
-double Dlange(const std::vector<double>& values) {
-  const int m = static_cast<int>(values.size());
-  const int n = 1;
-  const int lda = m > 0 ? m : 1;
-  return dlange_("M", &m, &n, values.data(), &lda, nullptr, 1);
+// As DLANGE is published.
+double Reference(std::span<const double> values) {
+  double largest = 0.0;
+  for (const double value : values) {
+    const double magnitude = std::abs(value);
+    if (largest < magnitude || std::isnan(magnitude)) largest = magnitude;
+  }
+  return largest;
+}
+
+void ExpectSame(double value, double expected) {
+  if (std::isnan(expected)) {
+    EXPECT_TRUE(std::isnan(value));
+  } else {
+    EXPECT_EQ(std::bit_cast<std::uint64_t>(value), std::bit_cast<std::uint64_t>(expected));
+  }
 }
 
 TEST(LargestMagnitude, IsDlanges) {
@@ -34,13 +46,15 @@ TEST(LargestMagnitude, IsDlanges) {
       value = std::bit_cast<double>(random());
       if (random() % 8 == 0) value = special[random() % special.size()];
     }
-    const double expected = Dlange(values);
-    const double largest = LargestMagnitude(values);
-    if (std::isnan(expected)) {
-      EXPECT_TRUE(std::isnan(largest));
-    } else {
-      EXPECT_EQ(std::bit_cast<std::uint64_t>(largest), std::bit_cast<std::uint64_t>(expected));
-    }
+    ExpectSame(LargestMagnitude(values), Reference(values));
+    // The function that DGELS calls: the first column is followed by a value of no column.
+    const auto rows = static_cast<int>(values.size());
+    std::vector<double> matrix = values;
+    matrix.push_back(infinity);
+    matrix.insert(matrix.end(), values.rbegin(), values.rend());
+    const int columns = 2;
+    const int step = rows + 1;
+    ExpectSame(dlange_("M", &rows, &columns, matrix.data(), &step, nullptr, 1), Reference(values));
   }
 }
 
