@@ -1,31 +1,43 @@
 // Work on a second thread, one task at a time.
 #pragma once
 
-#include <future>
+#include <exception>
+#include <functional>
+#include <semaphore>
+#include <thread>
 #include <utility>
 
 namespace host {
 
-// A task's exception comes out of the Wait that follows it. Without a thread to be had, the task
-// runs inside that Wait. The end of the object waits for the task and drops its failure, so that
-// the object stands behind everything that its tasks use.
+// The thread comes with the first task and stays for the next ones. A task's exception comes out of
+// the Wait that follows it. Without a thread to be had, the task runs inside that Wait. The end of
+// the object waits for the task and drops its failure, so that the object stands behind everything
+// that its tasks use.
 class Background {
  public:
+  Background() = default;
+  Background(const Background&) = delete;
+  Background& operator=(const Background&) = delete;
+  ~Background();
+
   // The task before it must have been waited for.
-  template <class Task>
-  void Start(Task task) {
-    task_ = std::async(std::launch::async | std::launch::deferred, std::move(task));
-  }
+  void Start(std::function<void()> task);
   // True from Start to Wait.
-  [[nodiscard]] bool IsStarted() const { return task_.valid(); }
-  void Wait() {
-    if (task_.valid()) task_.get();
-  }
+  [[nodiscard]] bool IsStarted() const { return is_started_; }
+  void Wait();
   // Waits as well, but a failure doesn't matter any more.
-  void Drop() { task_ = {}; }
+  void Drop();
 
  private:
-  std::future<void> task_;
+  void Work();
+  void RunTask();
+
+  bool is_started_ = false;
+  std::function<void()> task_;  // empty tells the thread to end
+  std::exception_ptr failure_;  // of the task
+  std::counting_semaphore<2> wake_{0};
+  std::binary_semaphore done_{0};
+  std::thread thread_;
 };
 
 }  // namespace host

@@ -21,8 +21,7 @@ void RecordRows::Result(sqlite3_context* context, std::size_t row, int column) c
   if (column == 0) {
     sqlite3_result_double(context, values[row]);  // an undefined value becomes NULL
   } else {
-    const std::size_t first = row * static_cast<std::size_t>(dimension);
-    sqlite3_result_int(context, labels[first + static_cast<std::size_t>(column) - 1]);
+    sqlite3_result_int(context, labels[row * dimension + static_cast<std::size_t>(column) - 1]);
   }
 }
 

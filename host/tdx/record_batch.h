@@ -27,32 +27,44 @@ struct LabelRows {
   void Result(sqlite3_context* context, std::size_t row, int column) const;
 };
 
-// `dimension` label numbers and one value for each record.
+// Records of one symbol: `dimension` label numbers and one value for each.
 struct RecordRows {
   static std::string Declaration();
 
-  int dimension = 0;
-  std::vector<std::int32_t> labels;
-  std::vector<double> values;
+  std::size_t dimension = 0;
+  std::span<const std::int32_t> labels{};
+  std::span<const double> values{};
 
-  void Add(std::span<const std::int32_t> key, double value) {
-    labels.insert(labels.end(), key.begin(), key.end());
-    values.push_back(value);
-  }
   [[nodiscard]] std::size_t RowCount() const { return values.size(); }
   void Result(sqlite3_context* context, std::size_t row, int column) const;
 };
 
+// Records of symbols that follow each other.
 struct RecordBatch {
-  LabelRows new_labels;
-  RecordRows records;
+  struct Part {
+    std::size_t symbol = 0;  // its number
+    std::size_t dimension = 0;
+    std::size_t records = 0;
+  };
 
+  LabelRows new_labels;
+  std::vector<Part> parts;
+  std::vector<std::int32_t> labels;  // of all parts, end to end
+  std::vector<double> values;
+
+  // To the last part.
+  void Add(std::span<const std::int32_t> key, double value) {
+    labels.insert(labels.end(), key.begin(), key.end());
+    values.push_back(value);
+    ++parts.back().records;
+  }
   // Keeps the memory.
   void Clear() {
     new_labels.text.clear();
     new_labels.ends.clear();
-    records.labels.clear();
-    records.values.clear();
+    parts.clear();
+    labels.clear();
+    values.clear();
   }
 };
 

@@ -95,8 +95,9 @@ Database AddRunFacts(const fs::path& file, int process, const RunFacts& facts) {
   if (!IsTdxFile(file)) return {};
   Database database(file, Database::Mode::kReadWrite);
   database.Distrust(kMaxValueBytes);
-  // The row stays on its page, which is written in one piece: no journal is needed that could stay
-  // beside the file.
+  // The row stays on its page, which is written by one call: no journal is needed that could stay
+  // beside the file. A kill right within that call can blank the header of a large file, whose
+  // pages are several of the system's; its records stay.
   database.Execute("PRAGMA journal_mode = MEMORY; PRAGMA synchronous = OFF; BEGIN");
   RequireTable(database, "tdx_file");
   const bool names_process =

@@ -11,11 +11,15 @@ namespace {
 
 constexpr std::size_t kBatchRecords = 8192;
 
+// Large pages cost less time a record, small ones less time a table.
+constexpr int kSmallPage = 4096;
+constexpr int kLargePage = 16384;
+
 // The file is new and its name temporary: nothing is there to roll back to, and what a crash of the
-// machine leaves of it is never looked at.
+// machine leaves of it is never looked at. Written in order, it needs few pages at hand.
 constexpr const char* kSettings =
-    "PRAGMA journal_mode = OFF; PRAGMA synchronous = OFF; PRAGMA locking_mode = EXCLUSIVE;"
-    "PRAGMA cache_size = -8192; PRAGMA encoding = 'UTF-8';";
+    "PRAGMA locking_mode = EXCLUSIVE; PRAGMA journal_mode = OFF; PRAGMA synchronous = OFF;"
+    "PRAGMA cache_size = -1024; BEGIN;";
 
 const sqlite3_module kRecordModule = RowSource<RecordRows>::Module();
 const sqlite3_module kLabelModule = RowSource<LabelRows>::Module();
@@ -24,43 +28,40 @@ const sqlite3_module kLabelModule = RowSource<LabelRows>::Module();
 
 TdxWriter::TdxWriter(const std::filesystem::path& file, const std::string& producer,
                      const std::string& library_version)
-    : database_(file, Database::Mode::kCreate) {
-  database_.Execute(kSettings);
-  database_.Execute("PRAGMA application_id = " + std::to_string(kTdxApplicationId) +
-                    "; PRAGMA user_version = " + std::to_string(kTdxSchemaVersion));
-  sqlite3* connection = database_.Connection();
-  database_.Check(AddRowSource(connection, "tdx_new_records", kRecordModule, waiting_.records));
-  database_.Check(AddRowSource(connection, "tdx_new_labels", kLabelModule, waiting_.new_labels));
-  database_.Execute("BEGIN");
-  database_.Execute(kTdxTables);
+    : producer_(producer),
+      library_version_(library_version),
+      database_(file, Database::Mode::kCreate) {}
+
+void TdxWriter::MakeFile() {
+  database_.Execute(
+      "PRAGMA page_size = " + std::to_string(is_large_ ? kLargePage : kSmallPage) + ";" +
+      kSettings + "PRAGMA application_id = " + std::to_string(kTdxApplicationId) +
+      "; PRAGMA user_version = " + std::to_string(kTdxSchemaVersion) + ";" + kTdxTables);
   Statement(database_,
             "INSERT INTO tdx_file(schema_version, producer, library_version, created, process)"
             " VALUES(?, ?, ?, strftime('%Y-%m-%dT%H:%M:%SZ', 'now'), ?)")
       .Bind(1, std::int64_t{kTdxSchemaVersion})
-      .Bind(2, producer)
-      .Bind(3, library_version)
+      .Bind(2, producer_)
+      .Bind(3, library_version_)
       .Bind(4, std::int64_t{CurrentProcessNumber()})
       .Run();
+  sqlite3* connection = database_.Connection();
+  database_.Check(AddRowSource(connection, "tdx_new_records", kRecordModule, records_));
+  database_.Check(AddRowSource(connection, "tdx_new_labels", kLabelModule, waiting_.new_labels));
   // SQLite numbers the rows of an empty table from 1 on; doing so is faster than being told.
   insert_labels_ = std::make_unique<Statement>(
-      database_, "INSERT INTO tdx_label(label) SELECT label FROM tdx_new_labels");
+      database_, "INSERT OR FAIL INTO tdx_label(label) SELECT label FROM tdx_new_labels");
 }
 
 void TdxWriter::StartSymbol(std::size_t number, int dimension) {
-  database_.Execute(TdxDataTableDefinition(number, dimension));
-  std::string columns;
-  for (int k = 1; k <= dimension; ++k) columns += TdxLabelColumn(k) + ", ";
-  insert_records_ = std::make_unique<Statement>(
-      database_, "INSERT INTO " + TdxDataTable(number) + "(" + columns + "value) SELECT " +
-                     columns + "value FROM tdx_new_records");
-  batch_.records.dimension = dimension;
+  batch_.parts.push_back({number, static_cast<std::size_t>(dimension)});
 }
 
 void TdxWriter::AddRecord(std::span<const std::int32_t> key, double value,
                           const LabelTable& labels) {
   if (labels.Count() != collected_labels_) CollectLabels(labels);
-  batch_.records.Add(key, value);
-  if (batch_.records.RowCount() == kBatchRecords) HandOver();
+  batch_.Add(key, value);
+  if (batch_.values.size() == kBatchRecords) HandOver();
 }
 
 void TdxWriter::CollectLabels(const LabelTable& labels) {
@@ -74,21 +75,45 @@ void TdxWriter::HandOver() {
   background_.Wait();
   std::swap(batch_, waiting_);
   batch_.Clear();
-  batch_.records.dimension = waiting_.records.dimension;
+  const RecordBatch::Part& symbol = waiting_.parts.back();
+  batch_.parts.push_back({symbol.symbol, symbol.dimension});
+  is_large_ = true;
   background_.Start([this] { InsertWaiting(); });
 }
 
 void TdxWriter::InsertWaiting() {
+  if (insert_labels_ == nullptr) MakeFile();
   if (waiting_.new_labels.RowCount() > 0) insert_labels_->Run();
-  if (waiting_.records.RowCount() > 0) insert_records_->Run();
+  const std::span<const std::int32_t> labels = waiting_.labels;
+  const std::span<const double> values = waiting_.values;
+  std::size_t label = 0;
+  std::size_t value = 0;
+  for (const RecordBatch::Part& part : waiting_.parts) {
+    if (part.symbol != last_table_) MakeTable(part);
+    const std::size_t count = part.records * part.dimension;
+    records_ = {part.dimension, labels.subspan(label, count), values.subspan(value, part.records)};
+    if (part.records > 0) insert_records_->Run();
+    label += count;
+    value += part.records;
+  }
 }
 
+void TdxWriter::MakeTable(const RecordBatch::Part& part) {
+  const int dimension = static_cast<int>(part.dimension);
+  database_.Execute(TdxDataTableDefinition(part.symbol, dimension));
+  std::string columns;
+  for (int k = 1; k <= dimension; ++k) columns += TdxLabelColumn(k) + ", ";
+  insert_records_ = std::make_unique<Statement>(
+      database_, "INSERT OR FAIL INTO " + TdxDataTable(part.symbol) + "(" + columns +
+                     "value) SELECT " + columns + "value FROM tdx_new_records");
+  last_table_ = part.symbol;
+}
+
+// In a small file the records stay in the batch.
 void TdxWriter::EndSymbol() {
+  if (!is_large_) return;
+  HandOver();
   background_.Wait();
-  std::swap(batch_, waiting_);
-  batch_.Clear();
-  InsertWaiting();
-  insert_records_.reset();
 }
 
 void TdxWriter::WriteSymbols(const std::vector<TdxSymbolInfo>& symbols) {
@@ -113,6 +138,7 @@ void TdxWriter::Finish(const std::vector<TdxSymbolInfo>& symbols, const LabelTab
   std::swap(batch_, waiting_);
   InsertWaiting();
   insert_labels_.reset();
+  insert_records_.reset();
   WriteSymbols(symbols);
   database_.Execute("COMMIT");
   database_.Close();

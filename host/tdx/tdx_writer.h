@@ -22,7 +22,7 @@ namespace host {
 
 class TdxWriter {
  public:
-  // Makes the file, with `producer` and the time in its header.
+  // Opens the file, which nothing is written to before there are many records or it is finished.
   TdxWriter(const std::filesystem::path& file, const std::string& producer,
             const std::string& library_version);
   TdxWriter(const TdxWriter&) = delete;
@@ -30,8 +30,8 @@ class TdxWriter {
 
   // Symbols are numbered from 1.
   void StartSymbol(std::size_t number, int dimension);
-  // `labels` knows the labels of the key. A failure of a record may show at a later one, at the
-  // latest at the end of its symbol.
+  // `labels` knows the labels of the key. A failure of a record may show at a later one. In a large
+  // file it shows at the latest at the end of its symbol, in a small one at Finish.
   void AddRecord(std::span<const std::int32_t> key, double value, const LabelTable& labels);
   void EndSymbol();
   // Writes the list of symbols, the rest of the labels and the views, and closes the file. The
@@ -42,16 +42,24 @@ class TdxWriter {
   void CollectLabels(const LabelTable& labels);
   void HandOver();
   void InsertWaiting();
+  void MakeFile();
+  void MakeTable(const RecordBatch::Part& part);
   void WriteSymbols(const std::vector<TdxSymbolInfo>& symbols);
 
+  std::string producer_;
+  std::string library_version_;
+  bool is_large_ = false;              // some batch was full
   RecordBatch batch_;                  // being filled
   std::int32_t collected_labels_ = 0;  // the first so many have gone into a batch
-  // Waits to be inserted, or is being inserted. The connection reads from it and so goes first.
+  // Waits to be inserted, or is being inserted. The connection reads from it, and from the records
+  // of one symbol in it, and so goes first.
   RecordBatch waiting_;
+  RecordRows records_;
   Database database_;
   std::unique_ptr<Statement> insert_labels_;
   std::unique_ptr<Statement> insert_records_;
-  // Inserts the full batches of a symbol. Last: it uses the others.
+  std::size_t last_table_ = 0;  // the symbol for which insert_records_ is
+  // Makes the file of full batches. Last: it uses the others.
   Background background_;
 };
 
