@@ -79,9 +79,10 @@ void Library::Assert(bool condition, const char* text) const {
 
 EntryPoint Library::Find(const char* name) const {
   const std::string exact = name;
+  if (EntryPoint entry = FindExport(module_, exact)) return entry;
   const std::string lower = ToCase(exact, std::tolower);
   const std::string upper = ToCase(exact, std::toupper);
-  for (const std::string& spelling : {exact, lower + "_", upper + "_", exact + "_", lower, upper}) {
+  for (const std::string& spelling : {lower + "_", upper + "_", exact + "_", lower, upper}) {
     if (EntryPoint entry = FindExport(module_, spelling)) return entry;
   }
   return nullptr;

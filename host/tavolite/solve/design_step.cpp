@@ -20,16 +20,12 @@ bool IsPerfect(const DesignCheck& check, const Solution& solution) {
 }  // namespace
 
 void DesignStep::Start(const std::filesystem::path& instance, int constant_term, bool is_small) {
-  is_small_ = is_small;
   // Without a thread to be had, the check is done when it is asked for.
   check_ = std::async(is_small ? std::launch::deferred : std::launch::async | std::launch::deferred,
                       [instance, constant_term, stop = stop_.get_token()] {
                         return CheckDesign(instance, constant_term, stop);
                       });
-}
-
-void DesignStep::RunSmall() {
-  if (is_small_ && check_.valid()) check_.wait();
+  if (is_small) check_.wait();
 }
 
 DesignFindings DesignStep::End(const ModelNames& names, const Solution& solution) {

@@ -29,9 +29,8 @@ class DesignStep {
   ~DesignStep() { Stop(); }
 
   // `constant_term` is the solver's option. A small check takes less time than a thread's start: it
-  // waits for RunSmall.
+  // is done at once.
   void Start(const std::filesystem::path& instance, int constant_term, bool is_small);
-  void RunSmall();
   // Waits for the check. What keeps it from being done is a warning.
   // Only once.
   DesignFindings End(const ModelNames& names, const Solution& solution);
@@ -41,7 +40,6 @@ class DesignStep {
  private:
   std::stop_source stop_;
   std::future<DesignCheck> check_;
-  bool is_small_ = false;
 };
 
 }  // namespace host

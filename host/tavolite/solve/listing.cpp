@@ -63,7 +63,7 @@ void CopyStatusFile(const std::filesystem::path& file, Output& output) {
   if (!std::filesystem::exists(file, none)) return;
   errno = 0;
   std::ifstream in(file, std::ios::binary);
-  std::array<char, 65536> buffer;
+  std::array<char, 16384> buffer;
   while (in.read(buffer.data(), buffer.size()), in.gcount() > 0) {
     output.Write({buffer.data(), static_cast<std::size_t>(in.gcount())});
   }

@@ -42,7 +42,7 @@ struct Session {
   fs::path results;
   std::shared_ptr<RunningSolve> running;
   StepTimes times;
-  std::future<void> matrix_end;
+  std::vector<Column> matrix;
   DesignStep design{};
   ModelFaults faults{};
   SolverOptions solver_options{};
@@ -110,8 +110,7 @@ FrontEndResult Read(Session& session) {
   return input;
 }
 
-// Reads the model and writes instance and control file. The matrix goes while the solver starts,
-// which needs the memory.
+// Reads the model and writes instance and control file.
 ModelNames Prepare(Session& session) {
   FrontEndResult input = Read(session);
   WriteInstance(input.model, session.Scratch(kInstanceName));
@@ -123,17 +122,19 @@ ModelNames Prepare(Session& session) {
   session.running->SetResultsFile(session.results);
   if (!session.options.timing.empty()) control.timing = session.Scratch("timing.txt");
   WriteControlFile(control, session.Scratch("control.txt"));
-  session.design.Start(control.instance, session.solver_options.constant_term, IsSmall(session));
-  if (!IsSmall(session)) {
-    session.matrix_end = std::async([columns = std::move(input.model.columns)]() mutable {
-      std::vector<Column>().swap(columns);
-    });
-  }
+  session.matrix = std::move(input.model.columns);
   session.times.End("write the instance");
   return {std::move(input.model.name),      std::move(input.model.dictionary),
           std::move(input.model.row_names), std::move(input.model.column_names),
           std::move(input.notes.notes),     {},
           input.model.objective_column,     {}};
+}
+
+// The matrix goes while the solver starts, which needs the memory.
+void WorkBesideSolver(Session& session) {
+  session.design.Start(session.Scratch(kInstanceName), session.solver_options.constant_term,
+                       IsSmall(session));
+  std::vector<Column>().swap(session.matrix);
 }
 
 ChildProcess::Exit RunSolver(Session& session, SolverLog& log) {
@@ -144,7 +145,7 @@ ChildProcess::Exit RunSolver(Session& session, SolverLog& log) {
     if (!session.options.quiet) (session.out << piece).flush();
   };
   const auto exit = session.running->RunSolver(session.solver, session.Scratch("control.txt"),
-                                               on_output, [&] { session.design.RunSmall(); });
+                                               on_output, [&] { WorkBesideSolver(session); });
   log.End();
   if (!session.options.timing.empty()) session.times.EndSolver(session.Scratch("timing.txt"));
   return exit;

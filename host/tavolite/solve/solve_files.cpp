@@ -24,9 +24,9 @@ struct Role {
 // Also where neither is there yet. What can't be replaced, such as a terminal, may serve twice.
 bool IsSameFile(const fs::path& a, const fs::path& b) {
   std::error_code none;
-  if (fs::exists(a, none) && !fs::is_regular_file(a, none)) return false;
-  return fs::equivalent(a, b, none) ||
-         fs::weakly_canonical(a, none) == fs::weakly_canonical(b, none);
+  const fs::file_status status = fs::status(a, none);
+  if (fs::exists(status)) return fs::is_regular_file(status) && fs::equivalent(a, b, none);
+  return !fs::exists(b, none) && fs::weakly_canonical(a, none) == fs::weakly_canonical(b, none);
 }
 
 std::vector<Role> ReadFiles(const SolveOptions& options, const fs::path& solver) {

@@ -25,8 +25,8 @@ class ChildProcess {
 
   // Runs `program` with `argument` as its only one and waits for its end. Its standard output goes
   // to `on_output`, piece by piece as it comes; its standard error is ours, its input is empty.
-  // `meanwhile`, which throws nothing, is what this process does while the other one starts.
-  // Throws std::system_error when it can't be started.
+  // `meanwhile` is what this process does while the other one starts; what it throws comes out when
+  // that has ended. Throws std::system_error when it can't be started.
   Exit Run(const std::filesystem::path& program, const std::filesystem::path& argument,
            const std::function<void(std::string_view)>& on_output,
            const std::function<void()>& meanwhile);

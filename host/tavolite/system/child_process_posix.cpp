@@ -8,6 +8,7 @@
 #include <array>
 #include <cerrno>
 #include <chrono>
+#include <exception>
 #include <mutex>
 #include <system_error>
 #include <thread>
@@ -71,7 +72,7 @@ void AwaitOutput(int pipe) {
 
 // The number of the failure, 0 when there was none.
 int ReadToEnd(int pipe, const std::function<void(std::string_view)>& on_output) {
-  std::array<char, 65536> buffer;
+  std::array<char, 16384> buffer;
   ssize_t count = 0;
   while (true) {
     // Behind a whole buffer the pipe may be full and the program wait.
@@ -131,7 +132,12 @@ ChildProcess::Exit ChildProcess::Run(const std::filesystem::path& program,
     close(ends[0]);
     Fail(failure, "can't start " + program.string());
   }
-  meanwhile();
+  std::exception_ptr failed;
+  try {
+    meanwhile();
+  } catch (const std::exception&) {
+    failed = std::current_exception();
+  }
   failure = ReadToEnd(ends[0], on_output);
   close(ends[0]);
 
@@ -144,6 +150,7 @@ ChildProcess::Exit ChildProcess::Run(const std::filesystem::path& program,
   while (waitpid(pid, &status, 0) < 0 && errno == EINTR) {
   }
   state_->pid = 0;
+  if (failed) std::rethrow_exception(failed);
   if (failure != 0) Fail(failure, "can't read the output of " + program.string());
   ChildProcess::Exit exit = ToExit(status);
   exit.process = pid;

@@ -1,6 +1,7 @@
 #include <windows.h>
 
 #include <array>
+#include <exception>
 #include <mutex>
 #include <string>
 
@@ -98,13 +99,19 @@ ChildProcess::Exit ChildProcess::Run(const std::filesystem::path& program,
   const Handle process(information.hProcess);
   const Handle thread(information.hThread);
   write_end.Close();
-  meanwhile();
+  std::exception_ptr failed;
+  try {
+    meanwhile();
+  } catch (const std::exception&) {
+    failed = std::current_exception();
+  }
   ReadToEnd(read_end.Get(), on_output);
   WaitForSingleObject(process.Get(), INFINITE);
   DWORD code = 0;
   GetExitCodeProcess(process.Get(), &code);
   const std::lock_guard lock(state_->mutex);
   state_->process = nullptr;
+  if (failed) std::rethrow_exception(failed);
   return {static_cast<int>(code), state_->last, code == kControlCExit};
 }
 
