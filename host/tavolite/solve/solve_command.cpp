@@ -1,12 +1,12 @@
 #include "tavolite/solve/solve_command.h"
 
-#include <future>
 #include <memory>
 #include <ostream>
 #include <system_error>
 #include <utility>
 #include <vector>
 
+#include "base/background.h"
 #include "base/control_file.h"
 #include "base/excerpt.h"
 #include "base/input_error.h"
@@ -243,10 +243,10 @@ int Finish(Session& session, ModelNames& names, const ChildProcess::Exit& exit,
   const bool own = !solution || KeepRunFacts(session, names, exit.process, log, results);
   if (solution) FindIntercept(session, names, *solution, log, std::move(results));
   // A large file takes its time to go; a small one goes with its directory.
-  std::future<void> removal;
+  Background removal;
   if (!session.options.keep && !IsSmall(session)) {
     // Where it fails, the directory's removal tries again.
-    removal = std::async([instance] { RemoveInstance(instance); });
+    removal.Start([instance] { RemoveInstance(instance); });
   }
   session.running->WriteInPlace(session.listing, [&](const fs::path& file) {
     WriteListing(file, session.Scratch("status.txt"), names, solution ? &*solution : nullptr);
