@@ -23,21 +23,25 @@ bool IsFinite(double value) {
 
 }  // namespace
 
+void CheckRows(std::span<const RowType> row_types, std::span<const double> rhs) {
+  Require(rhs.size() == row_types.size(), "not one right-hand side per row");
+  const bool known = std::all_of(row_types.begin(), row_types.end(), [](RowType type) {
+    return type >= RowType::kEqual && type <= RowType::kFree;
+  });
+  Require(known, "unknown row type");
+  Require(std::all_of(rhs.begin(), rhs.end(), IsFinite), "a right-hand side is not finite");
+}
+
 void CheckShape(std::span<const RowType> row_types, std::span<const double> rhs,
                 std::int64_t column_count, std::int64_t objective_row,
                 std::int64_t objective_column) {
   const auto row_count = static_cast<std::int64_t>(row_types.size());
   CheckCount(row_count, "rows");
   CheckCount(column_count, "columns");
-  Require(rhs.size() == row_types.size(), "not one right-hand side per row");
+  CheckRows(row_types, rhs);
   Require(objective_row >= 0 && objective_row < row_count, "the objective row is not a row");
   Require(objective_column >= 0 && objective_column < column_count,
           "the objective column is not a column");
-  const bool known = std::all_of(row_types.begin(), row_types.end(), [](RowType type) {
-    return type >= RowType::kEqual && type <= RowType::kFree;
-  });
-  Require(known, "unknown row type");
-  Require(std::all_of(rhs.begin(), rhs.end(), IsFinite), "a right-hand side is not finite");
 }
 
 void CheckRowNumbers(std::span<const std::int32_t> rows, std::int32_t row_count) {

@@ -12,8 +12,9 @@
 
 namespace host {
 
-// Counts within their limits, one right-hand side per row, all finite, row types known, objective
-// row and column among the rows and columns.
+// One right-hand side per row, all finite, row types known.
+void CheckRows(std::span<const RowType> row_types, std::span<const double> rhs);
+// The same, counts within their limits, objective row and column among the rows and columns.
 void CheckShape(std::span<const RowType> row_types, std::span<const double> rhs,
                 std::int64_t column_count, std::int64_t objective_row,
                 std::int64_t objective_column);

@@ -13,6 +13,7 @@ namespace {
 
 // What fits into a processor's cache, and enough of it to be worth a call of the system.
 constexpr std::size_t kValuesPerPiece = 65536;
+constexpr std::size_t kRowsPerPiece = 16384;
 // A second thread is worth its start from here on.
 constexpr std::int64_t kManyValues = 1 << 19;
 
@@ -39,16 +40,12 @@ TextList ReadTexts(ArrayTableReader& arrays, const std::string& kind) {
   return {sizes, std::move(bytes)};
 }
 
-ElementNames ReadNames(ArrayTableReader& arrays, const std::string& kind, std::size_t count,
-                       const InstanceData& data) {
-  const auto elements = static_cast<std::int64_t>(count);
-  ElementNames names;
-  names.symbol = arrays.Read<std::int32_t>(kind + "_symbol", elements);
-  names.first = arrays.Read<std::int32_t>(kind + "_first_label", elements + 1);
-  names.label = arrays.Read<std::int32_t>(kind + "_label", -1);
-  InContext("names of " + kind + "s",
-            [&] { CheckNames(names, count, data.symbols.size(), data.labels.size()); });
-  return names;
+// The elements from number `first` on, as many as `elements` has, of the array at `offset`.
+template <class T>
+void ReadElements(ArrayReader& file, std::int64_t offset, std::size_t first,
+                  std::vector<T>& elements) {
+  file.Read(offset + static_cast<std::int64_t>(first * sizeof(T)),
+            std::as_writable_bytes(std::span(elements)));
 }
 
 }  // namespace
@@ -58,7 +55,7 @@ InstanceReader::InstanceReader(const std::filesystem::path& file) : file_(file),
   try {
     InContext(name_, [&] {
       ArrayTableReader arrays(database, file);
-      ReadHead(database, arrays);
+      ReadHead(database);
       ReadPatterns(arrays);
       ReadColumns(arrays);
       CheckAllValues(arrays);
@@ -69,7 +66,7 @@ InstanceReader::InstanceReader(const std::filesystem::path& file) : file_(file),
   }
 }
 
-void InstanceReader::ReadHead(Database& database, ArrayTableReader& arrays) {
+void InstanceReader::ReadHead(Database& database) {
   Statement row(database,
                 "SELECT name, row_count, column_count, objective_row, objective_column, maximize,"
                 " has_dictionary FROM model");
@@ -85,14 +82,70 @@ void InstanceReader::ReadHead(Database& database, ArrayTableReader& arrays) {
       Number(row.Int(4), column_count_, "the objective column is not a column");
   data_.maximize = row.Int(5) != 0;
   data_.has_dictionary = row.Int(6) != 0;
-  data_.row_types = arrays.Read<RowType>("row_type", rows);
-  data_.rhs = arrays.Read<double>("row_rhs", rows);
-  CheckShape(data_.row_types, data_.rhs, column_count_, data_.objective_row,
-             data_.objective_column);
+  data_.row_count = static_cast<std::int32_t>(rows);
+}
+
+void InstanceReader::ReadRowNames(ArrayReader& file) {
+  constexpr const char* kFault = "the lists of labels do not fit the labels";
+  ElementNames& names = rows_.names;
+  const std::size_t count = rows_.types.size();
+  names.symbol.resize(count);
+  names.first.resize(count + 1);
+  ReadElements(file, row_places_.symbols, rows_.begin, names.symbol);
+  ReadElements(file, row_places_.first_labels, rows_.begin, names.first);
+  const std::int32_t begin = names.first.front();
+  const std::int32_t end = names.first.back();
+  const bool is_last = rows_.begin + count == At(data_.row_count);
+  Require(begin >= 0 && begin <= end && end <= row_places_.label_count, kFault);
+  Require(rows_.begin > 0 || begin == 0, kFault);
+  Require(!is_last || end == row_places_.label_count, kFault);
+  names.label.resize(At(end - begin));
+  ReadElements(file, row_places_.labels, At(begin), names.label);
+  // Counted from this piece's first label; unsigned, since they aren't checked yet.
+  for (std::int32_t& first : names.first) {
+    first = static_cast<std::int32_t>(static_cast<std::uint32_t>(first) -
+                                      static_cast<std::uint32_t>(begin));
+  }
+  CheckNames(names, count, data_.symbols.size(), data_.labels.size());
+}
+
+void InstanceReader::ReadRowsFrom(ArrayReader& file, std::size_t row) {
+  rows_.count = 0;
+  rows_.begin = row - row % kRowsPerPiece;
+  const std::size_t count = std::min(kRowsPerPiece, At(data_.row_count) - rows_.begin);
+  rows_.types.resize(count);
+  rows_.rhs.resize(count);
+  ReadElements(file, row_places_.types, rows_.begin, rows_.types);
+  ReadElements(file, row_places_.rhs, rows_.begin, rows_.rhs);
+  CheckRows(rows_.types, rows_.rhs);
+  if (data_.has_dictionary) InContext("names of rows", [&] { ReadRowNames(file); });
+  rows_.count = count;
+}
+
+void InstanceReader::ReadRows(std::size_t row) {
+  InContext(name_, [&] { ReadRowsFrom(*arrays_, row); });
+}
+
+void InstanceReader::CheckAllRows(ArrayTableReader& arrays) {
+  const std::int64_t rows = data_.row_count;
+  const auto place = [&arrays]<class T>(T, const char* name, std::int64_t count) {
+    return arrays.Find(name, ElementType<T>(), count).offset;
+  };
+  row_places_.types = place(RowType(), "row_type", rows);
+  row_places_.rhs = place(double(), "row_rhs", rows);
+  if (data_.has_dictionary) {
+    row_places_.symbols = place(std::int32_t(), "row_symbol", rows);
+    row_places_.first_labels = place(std::int32_t(), "row_first_label", rows + 1);
+    row_places_.labels = place(std::int32_t(), "row_label", -1);
+    row_places_.label_count = arrays.Find("row_label", ElementType<std::int32_t>(), -1).count;
+  }
+  for (std::size_t row = 0; row < At(data_.row_count); row += kRowsPerPiece) {
+    ReadRowsFrom(arrays.File(), row);
+  }
 }
 
 void InstanceReader::ReadPatterns(ArrayTableReader& arrays) {
-  const auto row_count = static_cast<std::int32_t>(data_.row_types.size());
+  const std::int32_t row_count = data_.row_count;
   const auto sizes = arrays.Read<std::int32_t>("pattern_size", -1);
   const auto starts =
       arrays.Read<std::int32_t>("pattern_first_row", static_cast<std::int64_t>(sizes.size()));
@@ -165,6 +218,7 @@ void InstanceReader::CheckAllValues(ArrayTableReader& arrays) {
     });
   }
   if (data_.has_dictionary) ReadDictionary(arrays);
+  CheckAllRows(arrays);
   CheckValuesFrom(arrays.File(), next);
   helper.Wait();
 }
@@ -172,8 +226,13 @@ void InstanceReader::CheckAllValues(ArrayTableReader& arrays) {
 void InstanceReader::ReadDictionary(ArrayTableReader& arrays) {
   data_.symbols = ReadTexts(arrays, "symbol");
   data_.labels = ReadTexts(arrays, "label");
-  data_.row_names = ReadNames(arrays, "row", data_.row_types.size(), data_);
-  data_.column_names = ReadNames(arrays, "column", data_.columns.size(), data_);
+  ElementNames& names = data_.column_names;
+  names.symbol = arrays.Read<std::int32_t>("column_symbol", column_count_);
+  names.first = arrays.Read<std::int32_t>("column_first_label", column_count_ + 1);
+  names.label = arrays.Read<std::int32_t>("column_label", -1);
+  InContext("names of columns", [&] {
+    CheckNames(names, data_.columns.size(), data_.symbols.size(), data_.labels.size());
+  });
 }
 
 void InstanceReader::ReadPiece(std::int32_t column, std::size_t entry, ColumnPiece& piece) {
@@ -195,7 +254,7 @@ void InstanceReader::ReadPiece(std::int32_t column, std::size_t entry, ColumnPie
     arrays_->Read(list_offset_ + (pattern.first_list + first) * std::int64_t{sizeof(std::int32_t)},
                   std::as_writable_bytes(std::span(piece.rows)));
     // The caller writes where these numbers say.
-    CheckRowNumbers(piece.rows, static_cast<std::int32_t>(data_.row_types.size()));
+    CheckRowNumbers(piece.rows, data_.row_count);
   });
   piece.entries = At(head.entries);
   piece.begin = entry;

@@ -1,5 +1,5 @@
-// Reading an instance for a solve. Everything but the matrix is kept in memory; the matrix is read
-// in pieces, so that the reader never holds a whole column.
+// Reading an instance for a solve. The rows and the matrix are read in pieces, so that the reader
+// never holds all rows or a whole column; everything else is kept in memory.
 #pragma once
 
 #include <atomic>
@@ -32,14 +32,23 @@ struct InstanceData {
   std::int32_t objective_row = 0;
   std::int32_t objective_column = 0;
   bool maximize = false;
-  std::vector<RowType> row_types;
-  std::vector<double> rhs;
+  std::int32_t row_count = 0;
   std::vector<ColumnHead> columns;
   bool has_dictionary = false;
   TextList symbols;
   TextList labels;
-  ElementNames row_names;
   ElementNames column_names;
+};
+
+// Some rows, from number `begin` on.
+struct RowPiece {
+  std::size_t begin = 0;
+  std::size_t count = 0;
+  std::vector<RowType> types;
+  std::vector<double> rhs;
+  ElementNames names;  // of these rows; none without a dictionary
+
+  [[nodiscard]] bool Holds(std::size_t row) const { return row - begin < count; }
 };
 
 // Some entries of one column, from number `begin` on.
@@ -68,6 +77,11 @@ class InstanceReader {
   explicit InstanceReader(const std::filesystem::path& file);
 
   [[nodiscard]] const InstanceData& Data() const { return data_; }
+  // The rows at hand: of a small model, all of them.
+  [[nodiscard]] const RowPiece& Rows() const { return rows_; }
+  // Reads the rows around number `row`, which there must be, in place of those at hand. What is
+  // read is checked again: throws FileError as ReadPiece does.
+  void ReadRows(std::size_t row);
   // Reads entries of a column from number `entry` on, which there must be. What is read is checked
   // again: throws FileError when the file has changed since it was opened or can't be read.
   void ReadPiece(std::int32_t column, std::size_t entry, ColumnPiece& piece);
@@ -80,7 +94,20 @@ class InstanceReader {
     std::int64_t first_list;  // where the list begins
   };
 
-  void ReadHead(Database& database, ArrayTableReader& arrays);
+  // Where the arrays of the rows stand.
+  struct RowPlaces {
+    std::int64_t types = 0;
+    std::int64_t rhs = 0;
+    std::int64_t symbols = 0;
+    std::int64_t first_labels = 0;
+    std::int64_t labels = 0;
+    std::int64_t label_count = 0;
+  };
+
+  void ReadHead(Database& database);
+  void ReadRowsFrom(ArrayReader& file, std::size_t row);
+  void ReadRowNames(ArrayReader& file);
+  void CheckAllRows(ArrayTableReader& arrays);
   void ReadDictionary(ArrayTableReader& arrays);
   void ReadPatterns(ArrayTableReader& arrays);
   void ReadColumns(ArrayTableReader& arrays);
@@ -91,6 +118,8 @@ class InstanceReader {
   std::string name_;  // of the file, for messages
   InstanceData data_;
   std::int64_t column_count_ = 0;
+  RowPlaces row_places_;
+  RowPiece rows_;
   std::vector<Pattern> patterns_;
   std::vector<bool> pattern_in_objective_row_;
   ColumnValues values_;

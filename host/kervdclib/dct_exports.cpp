@@ -14,7 +14,8 @@ using host::InstanceData;
 namespace {
 
 const InstanceData* DataOf(void* handle) {
-  return static_cast<const DictionaryObject*>(handle)->data;
+  const host::ModelObject* model = static_cast<const DictionaryObject*>(handle)->model;
+  return model == nullptr ? nullptr : model->Data();
 }
 
 // By byte: whether a label with it needs no quotes.
@@ -45,9 +46,9 @@ int Text(const InstanceData* data, host::TextList InstanceData::*table, int numb
   return 0;
 }
 
-int Names(const ElementNames& names, int number, int* symbol, int* labels, int* dimension) {
-  const auto i = static_cast<std::size_t>(number);
-  if (number < 0 || i >= names.symbol.size()) {
+// Of the element with place `i` in `names`.
+int Names(const ElementNames& names, std::size_t i, int* symbol, int* labels, int* dimension) {
+  if (i >= names.symbol.size()) {
     return 1;
   }
   *symbol = names.symbol[i];
@@ -86,14 +87,15 @@ int dctUelLabel(void* handle, int label, char* quote, char* text) {
 
 int dctColUels(void* handle, int column, int* symbol, int* labels, int* dimension) {
   *symbol = *dimension = 0;
-  return DataOf(handle) == nullptr
-             ? 1
-             : Names(DataOf(handle)->column_names, column, symbol, labels, dimension);
+  const InstanceData* data = DataOf(handle);
+  if (data == nullptr || column < 0) return 1;
+  return Names(data->column_names, static_cast<std::size_t>(column), symbol, labels, dimension);
 }
 
 int dctRowUels(void* handle, int row, int* symbol, int* labels, int* dimension) {
   *symbol = *dimension = 0;
-  return DataOf(handle) == nullptr
-             ? 1
-             : Names(DataOf(handle)->row_names, row, symbol, labels, dimension);
+  host::ModelObject* model = static_cast<const DictionaryObject*>(handle)->model;
+  const host::RowPiece* rows = model == nullptr ? nullptr : model->RowsWith(row);
+  if (rows == nullptr) return 1;
+  return Names(rows->names, static_cast<std::size_t>(row) - rows->begin, symbol, labels, dimension);
 }

@@ -3,6 +3,8 @@
 #include <limits>
 #include <utility>
 
+#include "base/end_process.h"
+
 namespace host {
 
 namespace {
@@ -43,12 +45,17 @@ void ModelObject::Load() {
   }
   environment_->Steps().See(CallGroup::kLoad);
   reader_.emplace(environment_->Control().instance);
-  dictionary = {&reader_->Data(), true};
+  dictionary = {this, true};
   environment_->Steps().See(CallGroup::kRows);
 }
 
 void ModelObject::See(CallGroup group) {
   if (environment_ != nullptr) environment_->Steps().See(group);
+}
+
+void ModelObject::BringRows(std::int32_t row) noexcept {
+  OrEnd([&] { reader_->ReadRows(static_cast<std::size_t>(row)); },
+        [this](std::string_view line) { LastLine(line); });
 }
 
 bool ModelObject::OpenPiece(std::int32_t column, std::size_t entry) {
@@ -78,10 +85,8 @@ void ModelObject::NextEntry(std::int32_t column, void** cursor, double& value, s
 }
 
 bool ModelObject::SetRow(std::int32_t row, double level, double marginal, int basis, int status) {
-  if (Data() == nullptr || row < 0 || static_cast<std::size_t>(row) >= Data()->rhs.size()) {
-    return false;
-  }
-  Size(solution.rows, Data()->rhs.size());
+  if (Data() == nullptr || row < 0 || row >= Data()->row_count) return false;
+  Size(solution.rows, static_cast<std::size_t>(Data()->row_count));
   Put(solution.rows, static_cast<std::size_t>(row), level, marginal, basis, status);
   return true;
 }
@@ -101,7 +106,7 @@ void ModelObject::WriteOut() {
   if (Data() == nullptr) {
     throw FileError("no model is loaded");
   }
-  Size(solution.rows, Data()->rhs.size());
+  Size(solution.rows, static_cast<std::size_t>(Data()->row_count));
   Size(solution.columns, Data()->columns.size());
   WriteSolution(solution, environment_->Control().instance);
 }

@@ -13,10 +13,12 @@
 
 namespace host {
 
+class ModelObject;
+
 // What a dictionary handle points to. The model object's own belongs to the model object; one that
 // was created by itself has no names in it.
 struct DictionaryObject {
-  const InstanceData* data = nullptr;
+  ModelObject* model = nullptr;
   bool belongs_to_model = false;
 };
 
@@ -28,6 +30,14 @@ class ModelObject {
   void Load();
   [[nodiscard]] const InstanceData* Data() const { return reader_ ? &reader_->Data() : nullptr; }
   [[nodiscard]] Environment* GetEnvironment() const { return environment_.get(); }
+
+  // The rows at hand, with the zero-based `row` among them; null when there is no such row. A
+  // failure ends the process.
+  const RowPiece* RowsWith(std::int32_t row) noexcept {
+    if (!reader_ || row < 0 || row >= Data()->row_count) return nullptr;
+    if (!reader_->Rows().Holds(static_cast<std::size_t>(row))) BringRows(row);
+    return &reader_->Rows();
+  }
 
   // Gives one entry of a column and then the next: `cursor` is null before the first and after the
   // last. A number that is none of a column gives an undefined value in the first row. Numbers are
@@ -65,6 +75,7 @@ class ModelObject {
   DictionaryObject dictionary;
 
  private:
+  void BringRows(std::int32_t row) noexcept;
   bool OpenPiece(std::int32_t column, std::size_t entry);
 
   EnvironmentObject environment_;

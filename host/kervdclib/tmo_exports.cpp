@@ -26,17 +26,22 @@ std::int32_t ZeroBased(const ModelObject& model, int number) {
   return number < model.index_base ? -1 : number - model.index_base;
 }
 
-// The element with the caller's `number` in `elements`; null when there is none.
-template <class T>
-const T* Element(const ModelObject& model, const std::vector<T>& elements, int number) {
-  const std::int32_t index = ZeroBased(model, number);
-  const bool within = index >= 0 && static_cast<std::size_t>(index) < elements.size();
-  return within ? &elements[static_cast<std::size_t>(index)] : nullptr;
-}
-
+// Of the caller's `column`; null when there is none.
 const host::ColumnHead* ColumnOf(void* handle, int column) {
   const InstanceData* data = DataOf(handle);
-  return data == nullptr ? nullptr : Element(Of(handle), data->columns, column);
+  if (data == nullptr) return nullptr;
+  const std::int32_t index = ZeroBased(Of(handle), column);
+  const bool within = index >= 0 && static_cast<std::size_t>(index) < data->columns.size();
+  return within ? &data->columns[static_cast<std::size_t>(index)] : nullptr;
+}
+
+// The element of the caller's `row` in one of the arrays of rows, `none` when there is no such row.
+template <class T, class Result>
+Result ElementOf(void* handle, int row, std::vector<T> host::RowPiece::*elements, Result none) {
+  const std::int32_t index = ZeroBased(Of(handle), row);
+  const host::RowPiece* rows = Of(handle).RowsWith(index);
+  if (rows == nullptr) return none;
+  return static_cast<Result>((rows->*elements)[static_cast<std::size_t>(index) - rows->begin]);
 }
 
 double Bound(const ModelObject& model, double bound) {
@@ -153,7 +158,7 @@ void tmoMinfSet(void* handle, double value) {
 }
 
 int tmoM(void* handle) {
-  return DataOf(handle) == nullptr ? 0 : static_cast<int>(DataOf(handle)->rhs.size());
+  return DataOf(handle) == nullptr ? 0 : DataOf(handle)->row_count;
 }
 
 int tmoN(void* handle) {
@@ -192,15 +197,11 @@ void tmoGetColJacInfoOne(void* handle, int column, void** cursor, double* value,
 }
 
 double tmoGetRhsOne(void* handle, int row) {
-  const InstanceData* data = DataOf(handle);
-  const double* rhs = data == nullptr ? nullptr : Element(Of(handle), data->rhs, row);
-  return rhs == nullptr ? 0.0 : *rhs;
+  return ElementOf(handle, row, &host::RowPiece::rhs, 0.0);
 }
 
 int tmoGetEquTypeOne(void* handle, int row) {
-  const InstanceData* data = DataOf(handle);
-  const host::RowType* type = data == nullptr ? nullptr : Element(Of(handle), data->row_types, row);
-  return type == nullptr ? -1 : static_cast<int>(*type);
+  return ElementOf(handle, row, &host::RowPiece::types, -1);
 }
 
 double tmoGetVarLowerOne(void* handle, int column) {

@@ -82,8 +82,8 @@ TEST_F(Instance, GivesTheModelBack) {
   host::InstanceReader reader(Written(model));
   const host::InstanceData& data = reader.Data();
   EXPECT_EQ(data.name, model.name);
-  EXPECT_EQ(data.row_types, model.row_types);
-  EXPECT_EQ(data.rhs, model.rhs);
+  EXPECT_EQ(reader.Rows().types, model.row_types);
+  EXPECT_EQ(reader.Rows().rhs, model.rhs);
   ASSERT_EQ(data.columns.size(), 3U);
   EXPECT_EQ(data.columns[1].lower, -host::kInfinity);
   EXPECT_EQ(data.columns[1].upper, host::kInfinity);
@@ -102,7 +102,7 @@ TEST_F(Instance, GivesTheModelBack) {
   }
   EXPECT_EQ(data.symbols[3], "coeff");
   EXPECT_EQ(data.column_names.label, model.column_names.label);
-  EXPECT_EQ(data.row_names.first, model.row_names.first);
+  EXPECT_EQ(reader.Rows().names.first, model.row_names.first);
 }
 
 struct BadModel {
@@ -258,12 +258,20 @@ INSTANTIATE_TEST_SUITE_P(
         Bytes("Label", "row_label", 0, kFive, "a label number")),
     [](const auto& test) { return test.param.name; });
 
-// Columns of several pieces, checked by two threads.
-TEST_F(Instance, ReadsAndChecksLargeColumns) {
+// Rows and columns of several pieces, these checked by two threads.
+TEST_F(Instance, ReadsAndChecksLargeArrays) {
   constexpr std::int32_t kRows = 200'000;
   host::Model model;
   model.row_types.assign(kRows, host::RowType::kEqual);
-  model.rhs.assign(kRows, 0.0);
+  model.dictionary = {{"s", "t"}, {"label"}};
+  for (int i = 0; i < kRows; ++i) {
+    model.rhs.push_back(i);
+    model.row_names.symbol.push_back(i % 2);
+    model.row_names.label.resize(model.row_names.label.size() + static_cast<std::size_t>(i % 3));
+    model.row_names.first.push_back(static_cast<std::int32_t>(model.row_names.label.size()));
+  }
+  model.column_names.symbol.assign(6, 0);
+  model.column_names.first.assign(7, 0);
   std::vector<std::int32_t> rows(kRows);
   std::iota(rows.begin(), rows.end(), 0);
   const auto all_rows = List(rows);
@@ -280,7 +288,22 @@ TEST_F(Instance, ReadsAndChecksLargeColumns) {
     EXPECT_EQ(RowsOf(reader, j), *model.columns[static_cast<std::size_t>(j)].rows);
     EXPECT_EQ(ValuesOf(reader, j), model.columns[static_cast<std::size_t>(j)].values);
   }
+  for (const std::size_t row : {70'001U, 0U, 199'999U}) {
+    if (!reader.Rows().Holds(row)) reader.ReadRows(row);
+    const std::size_t i = row - reader.Rows().begin;
+    const host::ElementNames& names = reader.Rows().names;
+    EXPECT_EQ(reader.Rows().rhs[i], static_cast<double>(row));
+    EXPECT_EQ(names.symbol[i], static_cast<std::int32_t>(row % 2));
+    EXPECT_EQ(names.first[i + 1] - names.first[i], static_cast<std::int32_t>(row % 3));
+  }
   // What is damaged behind the load is found when it is read.
+  Overwrite(file_, "row_first_label", 70'002, kFive);
+  EXPECT_EQ(FailureText([&] { reader.ReadRows(0); }), "");
+  EXPECT_NE(FailureText([&] { reader.ReadRows(70'001); }).find("names of rows"), std::string::npos);
+  EXPECT_FALSE(reader.Rows().Holds(70'001));
+  const std::int32_t undamaged = model.row_names.first[70'002];
+  Overwrite(file_, "row_first_label", 70'002,
+            {reinterpret_cast<const char*>(&undamaged), sizeof undamaged});
   Overwrite(file_, "value", 2 * kRows + 99'999, kInfinite);
   EXPECT_EQ(FailureText([&] { ValuesOf(reader, 1); }), "");
   const std::string text = FailureText([&] { ValuesOf(reader, 2); });

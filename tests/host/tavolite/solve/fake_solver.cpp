@@ -28,7 +28,7 @@ void Solve(const host::ControlFile& control) {
   host::Solution solution;
   {
     const host::InstanceReader instance(control.instance);
-    solution.rows = Part(instance.Data().row_types.size(), -1.0);
+    solution.rows = Part(static_cast<std::size_t>(instance.Data().row_count), -1.0);
     solution.columns = Part(instance.Data().columns.size(), 100.0);
   }
   solution.model_status = 1;
