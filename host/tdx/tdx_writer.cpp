@@ -9,7 +9,7 @@ namespace host {
 
 namespace {
 
-constexpr std::size_t kBatchRecords = 8192;
+constexpr std::size_t kBatchRecords = 16384;
 
 // Large pages cost less time a record, small ones less time a table.
 constexpr int kSmallPage = 4096;
