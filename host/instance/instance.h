@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "base/text_file.h"
+#include "instance/instance_names.h"
 #include "instance/model.h"
 
 namespace host {
@@ -44,7 +45,9 @@ struct Solution {
 // FileError.
 void WriteSolution(const Solution& solution, const std::filesystem::path& instance);
 
-// Empty when the instance holds no solution. Throws FileError when it can't be read or is damaged.
-std::optional<Solution> ReadSolution(const std::filesystem::path& instance);
+// Empty when the instance holds no solution. `names` receives the model's names where there is one.
+// Throws FileError when it can't be read or is damaged.
+std::optional<Solution> ReadSolution(const std::filesystem::path& instance,
+                                     InstanceNames* names = nullptr);
 
 }  // namespace host

@@ -27,19 +27,6 @@ std::int32_t Number(std::int64_t value, std::int64_t limit, const char* fault) {
   return static_cast<std::int32_t>(value);
 }
 
-TextList ReadTexts(ArrayTableReader& arrays, const std::string& kind) {
-  const auto sizes = arrays.Read<std::uint8_t>(kind + "_size", -1);
-  auto bytes = arrays.Read<char>(kind + "_text", -1);
-  CheckTextBytes(kind, bytes.size());
-  std::size_t total = 0;
-  for (const std::uint8_t size : sizes) {
-    Require(size >= 1 && size <= kMaxNameLength, "a symbol or label has no text or is too long");
-    total += size;
-  }
-  Require(total == bytes.size(), "the texts do not fit their sizes");
-  return {sizes, std::move(bytes)};
-}
-
 // The elements from number `first` on, as many as `elements` has, of the array at `offset`.
 template <class T>
 void ReadElements(ArrayReader& file, std::int64_t offset, std::size_t first,
@@ -106,7 +93,7 @@ void InstanceReader::ReadRowNames(ArrayReader& file) {
     first = static_cast<std::int32_t>(static_cast<std::uint32_t>(first) -
                                       static_cast<std::uint32_t>(begin));
   }
-  CheckNames(names, count, data_.symbols.size(), data_.labels.size());
+  CheckNames(names, count, data_.dictionary.symbols.size(), data_.dictionary.labels.size());
 }
 
 void InstanceReader::ReadRowsFrom(ArrayReader& file, std::size_t row) {
@@ -217,22 +204,13 @@ void InstanceReader::CheckAllValues(ArrayTableReader& arrays) {
       CheckValuesFrom(file, next);
     });
   }
-  if (data_.has_dictionary) ReadDictionary(arrays);
+  if (data_.has_dictionary) {
+    data_.dictionary = ReadDictionary(arrays);
+    data_.column_names = ReadElementNames(arrays, "column", data_.columns.size(), data_.dictionary);
+  }
   CheckAllRows(arrays);
   CheckValuesFrom(arrays.File(), next);
   helper.Wait();
-}
-
-void InstanceReader::ReadDictionary(ArrayTableReader& arrays) {
-  data_.symbols = ReadTexts(arrays, "symbol");
-  data_.labels = ReadTexts(arrays, "label");
-  ElementNames& names = data_.column_names;
-  names.symbol = arrays.Read<std::int32_t>("column_symbol", column_count_);
-  names.first = arrays.Read<std::int32_t>("column_first_label", column_count_ + 1);
-  names.label = arrays.Read<std::int32_t>("column_label", -1);
-  InContext("names of columns", [&] {
-    CheckNames(names, data_.columns.size(), data_.symbols.size(), data_.labels.size());
-  });
 }
 
 void InstanceReader::ReadPiece(std::int32_t column, std::size_t entry, ColumnPiece& piece) {

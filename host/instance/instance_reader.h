@@ -12,9 +12,9 @@
 #include "base/database.h"
 #include "base/text_file.h"
 #include "instance/column_values.h"
+#include "instance/instance_names.h"
 #include "instance/instance_tables.h"
 #include "instance/model.h"
-#include "instance/text_list.h"
 
 namespace host {
 
@@ -35,8 +35,7 @@ struct InstanceData {
   std::int32_t row_count = 0;
   std::vector<ColumnHead> columns;
   bool has_dictionary = false;
-  TextList symbols;
-  TextList labels;
+  Dictionary dictionary;
   ElementNames column_names;
 };
 
@@ -108,7 +107,6 @@ class InstanceReader {
   void ReadRowsFrom(ArrayReader& file, std::size_t row);
   void ReadRowNames(ArrayReader& file);
   void CheckAllRows(ArrayTableReader& arrays);
-  void ReadDictionary(ArrayTableReader& arrays);
   void ReadPatterns(ArrayTableReader& arrays);
   void ReadColumns(ArrayTableReader& arrays);
   void CheckValuesFrom(ArrayReader& file, std::atomic<std::int64_t>& next) const;

@@ -11,15 +11,16 @@ namespace {
 struct Counts {
   std::int64_t rows;
   std::int64_t columns;
+  bool has_dictionary;
 };
 
 Counts ReadCounts(Database& database) {
-  Statement row(database, "SELECT row_count, column_count FROM model");
+  Statement row(database, "SELECT row_count, column_count, has_dictionary FROM model");
   if (!row.Step() || row.Int(0) < 0 || row.Int(0) > kMaxElements || row.Int(1) < 0 ||
       row.Int(1) > kMaxElements) {
     throw FileError("no usable model");
   }
-  return {row.Int(0), row.Int(1)};
+  return {row.Int(0), row.Int(1), row.Int(2) != 0};
 }
 
 void CheckPart(const char* kind, const SolutionPart& part, std::int64_t count) {
@@ -95,7 +96,7 @@ void WriteSolution(const Solution& solution, const std::filesystem::path& instan
   });
 }
 
-std::optional<Solution> ReadSolution(const std::filesystem::path& instance) {
+std::optional<Solution> ReadSolution(const std::filesystem::path& instance, InstanceNames* names) {
   std::optional<Solution> result;
   WithInstance(instance, Database::Mode::kRead, [&](Database& database) {
     Statement head(database, "SELECT model_status, solve_status FROM solution");
@@ -109,6 +110,9 @@ std::optional<Solution> ReadSolution(const std::filesystem::path& instance) {
     ArrayTableReader arrays(database, instance);
     solution.rows = ReadPart(arrays, "row", counts.rows);
     solution.columns = ReadPart(arrays, "column", counts.columns);
+    if (names != nullptr && counts.has_dictionary) {
+      *names = ReadInstanceNames(arrays, solution.rows.level.size(), solution.columns.level.size());
+    }
     Statement value(database, "SELECT code, value FROM head_and_tail");
     while (value.Step()) {
       solution.head_and_tail[static_cast<std::int32_t>(value.Int(0))] =

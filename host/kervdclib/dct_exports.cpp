@@ -36,13 +36,13 @@ char Quote(std::string_view label) {
   return label.find('\'') == std::string_view::npos ? '\'' : '"';
 }
 
-int Text(const InstanceData* data, host::TextList InstanceData::*table, int number, char* text) {
+int Text(const InstanceData* data, host::TextList host::Dictionary::*list, int number, char* text) {
   const auto i = static_cast<std::size_t>(number);
-  if (data == nullptr || number < 0 || i >= (data->*table).size()) {
+  if (data == nullptr || number < 0 || i >= (data->dictionary.*list).size()) {
     host::ToShortString("", text);
     return 1;
   }
-  host::ToShortString((data->*table)[i], text);
+  host::ToShortString((data->dictionary.*list)[i], text);
   return 0;
 }
 
@@ -76,11 +76,11 @@ void dctXFree(void** handle) {
 }
 
 int dctSymName(void* handle, int symbol, char* name) {
-  return Text(DataOf(handle), &InstanceData::symbols, symbol, name);
+  return Text(DataOf(handle), &host::Dictionary::symbols, symbol, name);
 }
 
 int dctUelLabel(void* handle, int label, char* quote, char* text) {
-  const int result = Text(DataOf(handle), &InstanceData::labels, label, text);
+  const int result = Text(DataOf(handle), &host::Dictionary::labels, label, text);
   *quote = Quote(host::ShortStringText(text));
   return result;
 }

@@ -34,7 +34,7 @@ DesignFindings DesignStep::End(const ModelNames& names, const Solution& solution
     const DesignCheck check = check_.get();
     findings.full_rank = check.rank.dependent.empty();
     findings.condition = check.rank.condition;
-    findings.warnings = DesignWarnings(check, names.dictionary, names.columns);
+    findings.warnings = DesignWarnings(check, names.elements.dictionary, names.elements.columns);
     if (IsPerfect(check, solution)) {
       findings.notes.emplace_back(kPerfectFitNote);
     }

@@ -161,8 +161,10 @@ void WriteListing(const std::filesystem::path& listing, const std::filesystem::p
     if (!std::isnan(names.condition)) {
       output.Write("Condition:    " + ConditionText(names.condition) + "\n");
     }
-    WritePart("Equations", {names.dictionary, names.rows, solution->rows}, output);
-    WritePart("Variables", {names.dictionary, names.columns, solution->columns}, output);
+    WritePart("Equations", {names.elements.dictionary, names.elements.rows, solution->rows},
+              output);
+    WritePart("Variables", {names.elements.dictionary, names.elements.columns, solution->columns},
+              output);
     if (names.intercept) WriteIntercept(*names.intercept, output);
   }
   output.Close();

@@ -17,9 +17,7 @@ namespace host {
 // What a listing needs of a model when its matrix is no longer there.
 struct ModelNames {
   std::string model;
-  Dictionary dictionary;
-  ElementNames rows;
-  ElementNames columns;
+  InstanceNames elements;
   std::vector<std::string> notes{};     // what the front end has assumed, what to know of the fit
   std::vector<std::string> warnings{};  // of results that mean nothing or little
   std::int32_t objective_column = -1;

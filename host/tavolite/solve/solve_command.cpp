@@ -25,6 +25,7 @@
 #include "tavolite/solve/solver_log.h"
 #include "tavolite/solve/solver_options.h"
 #include "tavolite/solve/step_times.h"
+#include "tavolite/system/free_memory.h"
 #include "tavolite/system/interrupt.h"
 #include "tdx/tdx_file.h"
 
@@ -42,7 +43,7 @@ struct Session {
   fs::path results;
   std::shared_ptr<RunningSolve> running;
   StepTimes times;
-  std::vector<Column> matrix;
+  Model model;
   DesignStep design{};
   ModelFaults faults{};
   SolverOptions solver_options{};
@@ -122,19 +123,22 @@ ModelNames Prepare(Session& session) {
   session.running->SetResultsFile(session.results);
   if (!session.options.timing.empty()) control.timing = session.Scratch("timing.txt");
   WriteControlFile(control, session.Scratch("control.txt"));
-  session.matrix = std::move(input.model.columns);
+  ModelNames names;
+  names.model = input.model.name;
+  names.notes = std::move(input.notes.notes);
+  names.objective_column = input.model.objective_column;
+  session.model = std::move(input.model);
   session.times.End("write the instance");
-  return {std::move(input.model.name),      std::move(input.model.dictionary),
-          std::move(input.model.row_names), std::move(input.model.column_names),
-          std::move(input.notes.notes),     {},
-          input.model.objective_column,     {}};
+  return names;
 }
 
-// The matrix goes while the solver starts, which needs the memory.
+// The model goes while the solver starts, which needs the memory; the names are read again when
+// there is a solution.
 void WorkBesideSolver(Session& session) {
   session.design.Start(session.Scratch(kInstanceName), session.solver_options.constant_term,
                        IsSmall(session));
-  std::vector<Column>().swap(session.matrix);
+  session.model = {};
+  if (!IsSmall(session)) GiveBackFreeMemory();
 }
 
 ChildProcess::Exit RunSolver(Session& session, SolverLog& log) {
@@ -236,7 +240,7 @@ bool KeepRunFacts(Session& session, const ModelNames& names, int process, const 
 int Finish(Session& session, ModelNames& names, const ChildProcess::Exit& exit,
            const SolverLog& log) {
   const fs::path instance = session.Scratch(kInstanceName);
-  const std::optional<Solution> solution = ReadSolution(instance);
+  const std::optional<Solution> solution = ReadSolution(instance, &names.elements);
   const bool full_rank = solution && CheckDesign(session, *solution, names);
   session.design.Stop();
   Database results;

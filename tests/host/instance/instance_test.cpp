@@ -96,11 +96,11 @@ TEST_F(Instance, GivesTheModelBack) {
     EXPECT_EQ(RowsOf(reader, column), *model.columns[j].rows);
     EXPECT_EQ(ValuesOf(reader, column), model.columns[j].values);
   }
-  ASSERT_EQ(data.labels.size(), model.dictionary.labels.size());
-  for (std::size_t i = 0; i < data.labels.size(); ++i) {
-    EXPECT_EQ(data.labels[i], model.dictionary.labels[i]);
+  ASSERT_EQ(data.dictionary.labels.size(), model.dictionary.labels.size());
+  for (std::size_t i = 0; i < data.dictionary.labels.size(); ++i) {
+    EXPECT_EQ(data.dictionary.labels[i], model.dictionary.labels[i]);
   }
-  EXPECT_EQ(data.symbols[3], "coeff");
+  EXPECT_EQ(data.dictionary.symbols[3], "coeff");
   EXPECT_EQ(data.column_names.label, model.column_names.label);
   EXPECT_EQ(reader.Rows().names.first, model.row_names.first);
 }

@@ -45,7 +45,7 @@ TEST_F(Listing, HoldsStatusFileNotesAndSolution) {
   names.notes = {"first note", "second note"};
   names.warnings = {"a warning"};
   names.condition = 43275.0;
-  Fill(2, names.dictionary, names.rows);
+  Fill(2, names.elements.dictionary, names.elements.rows);
   Solution solution;
   solution.model_status = 1;
   solution.solve_status = 13;
@@ -74,7 +74,7 @@ TEST_F(Listing, HoldsStatusFileNotesAndSolution) {
 TEST_F(Listing, PiecesComeInTheirOrder) {
   for (const std::size_t count : {32767U, 32768U, 32769U, 170'000U}) {
     ModelNames names;
-    Fill(count, names.dictionary, names.columns);
+    Fill(count, names.elements.dictionary, names.elements.columns);
     Solution solution;
     solution.columns.level.resize(count);
     solution.columns.marginal.resize(count);
