@@ -122,7 +122,7 @@ ControlFile ReadControlFile(const std::filesystem::path& file) {
   return control;
 }
 
-void WriteControlFile(const ControlFile& control, const std::filesystem::path& file) {
+std::string ControlText(const ControlFile& control) {
   std::string text;
   for (const Key& key : kKeys) {
     const bool to_standard_output = key.field == &ControlFile::log && (control.*key.field).empty();
@@ -139,7 +139,11 @@ void WriteControlFile(const ControlFile& control, const std::filesystem::path& f
       text.append(key.name).append(" = ").append(plain ? value : InQuotes(value)).append("\n");
     }
   }
-  WriteText(file, text);
+  return text;
+}
+
+void WriteControlFile(const ControlFile& control, const std::filesystem::path& file) {
+  WriteText(file, ControlText(control));
 }
 
 }  // namespace host

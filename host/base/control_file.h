@@ -14,6 +14,7 @@
 #pragma once
 
 #include <filesystem>
+#include <string>
 
 #include "base/text_file.h"
 
@@ -33,8 +34,9 @@ struct ControlFile {
 // system_directory 240: they reach the solver as short strings); one file in two roles.
 ControlFile ReadControlFile(const std::filesystem::path& file);
 
-// What ReadControlFile reads back. Throws FileError when the file can't be written or a path holds
-// a line end.
+// What ReadControlFile reads back, as a text and as a file. Throws FileError when the file can't be
+// written or a path holds a line end.
+std::string ControlText(const ControlFile& control);
 void WriteControlFile(const ControlFile& control, const std::filesystem::path& file);
 
 }  // namespace host

@@ -94,6 +94,7 @@ void Environment::Initialize(const std::filesystem::path& control_file) {
   }
   if (!control_.timing.empty()) steps_.Start();
   LeaveFailure({});
+  last_difference_ = Clock::now();
   initialized_ = true;
 }
 

@@ -44,7 +44,8 @@ class Environment {
   // files, to standard error. Allocates nothing.
   void LastLine(std::string_view reason) noexcept;
 
-  // Seconds since the last call; the first time, since the environment was made.
+  // Seconds since the last call; the first time, since the control file, which may be waited for,
+  // was read.
   double TimeDiff();
   // Sees the calls of the model object as well; the timing file takes what it makes of them.
   [[nodiscard]] StepObserver& Steps() { return steps_; }

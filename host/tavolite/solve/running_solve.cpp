@@ -53,15 +53,17 @@ void RunningSolve::RemoveScratch() {
   if (scratch_ != nullptr) scratch_->Remove();
 }
 
-void RunningSolve::SetResultsFile(const fs::path& file) {
+void RunningSolve::StartSolver(const fs::path& solver, const fs::path& results) {
   const WithoutInterrupt now;
-  results_file_ = fs::absolute(file);
+  results_file_ = fs::absolute(results);
+  solver_.Start(solver);
 }
 
-ChildProcess::Exit RunningSolve::RunSolver(const fs::path& solver, const fs::path& argument,
+ChildProcess::Exit RunningSolve::RunSolver(std::string_view control,
                                            const std::function<void(std::string_view)>& on_output,
                                            const std::function<void()>& meanwhile) {
-  const ChildProcess::Exit exit = solver_.Run(solver, argument, on_output, meanwhile);
+  const ChildProcess::Exit exit =
+      solver_.Run(control, Scratch("control.txt"), on_output, meanwhile);
   if (exit.process != 0) RemoveTemporaryFiles(results_file_, exit.process);
   return exit;
 }

@@ -28,14 +28,16 @@ class RunningSolve {
   }
   void RemoveScratch();
 
-  // Where the solver puts its results: what it leaves half-written there goes with it.
-  void SetResultsFile(const std::filesystem::path& file);
-  // Runs the solver with `argument`, as ChildProcess::Run, and removes what it has left if it was
-  // killed.
-  ChildProcess::Exit RunSolver(const std::filesystem::path& solver,
-                               const std::filesystem::path& argument,
+  // Starts the solver, which waits for RunSolver. What it leaves half-written of its results, which
+  // it puts into `results`, goes with it.
+  void StartSolver(const std::filesystem::path& solver, const std::filesystem::path& results);
+  // Has the solver do what the text of a control file says, as ChildProcess::Run, and removes what
+  // it has left if it was killed.
+  ChildProcess::Exit RunSolver(std::string_view control,
                                const std::function<void(std::string_view)>& on_output,
                                const std::function<void()>& meanwhile);
+  // Ends a solver that has nothing to do.
+  void EndWaitingSolver() { solver_.EndWaiting(); }
 
   // Has `write` fill a file beside `target` that then takes its name. What is no regular file, and
   // a file in a directory that takes no other, is written as it stands. `write` throws FileError.

@@ -43,7 +43,8 @@ struct Session {
   fs::path results;
   std::shared_ptr<RunningSolve> running;
   StepTimes times;
-  Model model;
+  Model model{};
+  std::string control{};  // the control file
   DesignStep design{};
   ModelFaults faults{};
   SolverOptions solver_options{};
@@ -111,7 +112,7 @@ FrontEndResult Read(Session& session) {
   return input;
 }
 
-// Reads the model and writes instance and control file.
+// Reads the model, writes the instance and makes the control file's text.
 ModelNames Prepare(Session& session) {
   FrontEndResult input = Read(session);
   WriteInstance(input.model, session.Scratch(kInstanceName));
@@ -120,9 +121,9 @@ ModelNames Prepare(Session& session) {
   control.status_file = session.Scratch("status.txt");
   control.system_directory = SystemDirectory(session.solver);
   control.option_file = OptionFile(session);
-  session.running->SetResultsFile(session.results);
   if (!session.options.timing.empty()) control.timing = session.Scratch("timing.txt");
-  WriteControlFile(control, session.Scratch("control.txt"));
+  session.control = ControlText(control);
+  if (session.options.keep) WriteText(session.Scratch("control.txt"), session.control);
   ModelNames names;
   names.model = input.model.name;
   names.notes = std::move(input.notes.notes);
@@ -148,8 +149,8 @@ ChildProcess::Exit RunSolver(Session& session, SolverLog& log) {
     log.Take(piece);
     if (!session.options.quiet) (session.out << piece).flush();
   };
-  const auto exit = session.running->RunSolver(session.solver, session.Scratch("control.txt"),
-                                               on_output, [&] { WorkBesideSolver(session); });
+  const auto exit =
+      session.running->RunSolver(session.control, on_output, [&] { WorkBesideSolver(session); });
   log.End();
   if (!session.options.timing.empty()) session.times.EndSolver(session.Scratch("timing.txt"));
   return exit;
@@ -291,6 +292,10 @@ int Solve(Session& session) {
   try {
     CheckBefore(session);
     session.running->MakeScratch(session.options);
+    status = kNotSolved;
+    // It takes as long to start as a small model to read.
+    session.running->StartSolver(session.solver, session.results);
+    status = kBadInput;
     ModelNames names = Prepare(session);
     status = kNotSolved;
     SolverLog log;
@@ -306,8 +311,9 @@ int Solve(Session& session) {
 }  // namespace
 
 int RunSolve(const SolveOptions& options, std::ostream& out, std::ostream& err) {
-  Session session{options, out, err, {}, {}, {}, RunningSolve::Start(), {}, {}};
+  Session session{options, out, err, {}, {}, {}, RunningSolve::Start(), {}};
   const int status = Solve(session);
+  session.running->EndWaitingSolver();
   session.design.Stop();
   // Behind an interrupt, which takes the files away, nothing that has failed counts any more.
   const WithoutInterrupt now;

@@ -23,16 +23,22 @@ class ChildProcess {
   ChildProcess& operator=(const ChildProcess&) = delete;
   ~ChildProcess();
 
-  // Runs `program` with `argument` as its only one and waits for its end. Its standard output goes
-  // to `on_output`, piece by piece as it comes; its standard error is ours, its input is empty.
-  // `meanwhile` is what this process does while the other one starts; what it throws comes out when
-  // that has ended. Throws std::system_error when it can't be started.
-  Exit Run(const std::filesystem::path& program, const std::filesystem::path& argument,
+  // Starts `program`, whose only argument is the name of a file. It waits for what stands there
+  // until Run gives it, so that its start takes no time later. Throws std::system_error.
+  void Start(const std::filesystem::path& program);
+  // Gives the program that was started its text and waits for its end. On Windows, where
+  // a pipe can't be named so, `file` takes the text and the program is started here. The program's
+  // standard output goes to `on_output`, piece by piece as it comes; its standard error is ours,
+  // its input is empty. `meanwhile` is what this process does while the other one begins; what it
+  // throws comes out when that has ended. Throws std::system_error.
+  Exit Run(std::string_view text, const std::filesystem::path& file,
            const std::function<void(std::string_view)>& on_output,
            const std::function<void()>& meanwhile);
+  // Ends a program that still waits for Run.
+  void EndWaiting();
 
-  // Ends the program that Run has started, if there is one, and returns when it is gone; Run does
-  // not start another one. To be called from another thread than Run. Gives the program's process
+  // Ends the program that was started, if there is one, and returns when it is gone; another one is
+  // not started. To be called from another thread than the others. Gives the program's process
   // number, 0 when none was started.
   int Stop();
 

@@ -12,6 +12,7 @@
 #include <mutex>
 #include <system_error>
 #include <thread>
+#include <utility>
 
 #include "tavolite/system/child_process.h"
 #include "tavolite/system/interrupt_signals_posix.h"
@@ -25,12 +26,33 @@ namespace {
   throw std::system_error(code, std::generic_category(), what);
 }
 
+// Programs that are started inherit neither end.
+struct Pipe {
+  std::array<int, 2> ends{-1, -1};  // that is read and that is written; -1: closed
+
+  Pipe() = default;
+  Pipe(const Pipe&) = delete;
+  Pipe& operator=(const Pipe&) = delete;
+  ~Pipe() {
+    Close(0);
+    Close(1);
+  }
+  void Open() {
+    if (pipe2(ends.data(), O_CLOEXEC) != 0) Fail(errno, "pipe");
+  }
+  void Close(std::size_t end) {
+    if (ends[end] >= 0) close(std::exchange(ends[end], -1));
+  }
+};
+
 // A child must not inherit what this process has blocked or ignored.
 class SpawnSetup {
  public:
-  explicit SpawnSetup(int output) {
+  SpawnSetup(int text, int output) {
     posix_spawn_file_actions_init(&actions_);
     posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+    // Onto itself: this one is not closed when the program begins.
+    posix_spawn_file_actions_adddup2(&actions_, text, text);
     posix_spawn_file_actions_adddup2(&actions_, output, STDOUT_FILENO);
     posix_spawnattr_init(&attributes_);
     sigset_t none;
@@ -85,6 +107,17 @@ int ReadToEnd(int pipe, const std::function<void(std::string_view)>& on_output) 
   }
 }
 
+// The number of the failure, 0 when there was none or the reader is gone, which its end will tell.
+int WriteWhole(int pipe, std::string_view text) {
+  while (!text.empty()) {
+    const ssize_t count = write(pipe, text.data(), text.size());
+    if (count > 0) text.remove_prefix(static_cast<std::size_t>(count));
+    if (count < 0 && errno == EPIPE) return 0;
+    if (count < 0 && errno != EINTR) return errno;
+  }
+  return 0;
+}
+
 ChildProcess::Exit ToExit(int status) {
   ChildProcess::Exit exit;
   if (WIFEXITED(status)) exit.code = WEXITSTATUS(status);
@@ -102,59 +135,73 @@ struct ChildProcess::State {
   pid_t pid = 0;  // of the running child, 0 when there is none
   int last = 0;   // of the child that was started last
   bool stopped = false;
+  std::string program;
+  Pipe text;
+  Pipe output;
+
+  // Unreaped until the lock is held, so that Stop never signals a number that is used again.
+  int Reap() {
+    siginfo_t info{};
+    while (waitid(P_PID, static_cast<id_t>(pid), &info, WEXITED | WNOWAIT) != 0 && errno == EINTR) {
+    }
+    const std::lock_guard lock(mutex);
+    int status = 0;
+    while (waitpid(pid, &status, 0) < 0 && errno == EINTR) {
+    }
+    pid = 0;
+    return status;
+  }
 };
 
 ChildProcess::ChildProcess() : state_(std::make_unique<State>()) {}
 ChildProcess::~ChildProcess() = default;
 
-ChildProcess::Exit ChildProcess::Run(const std::filesystem::path& program,
-                                     const std::filesystem::path& argument,
-                                     const std::function<void(std::string_view)>& on_output,
-                                     const std::function<void()>& meanwhile) {
-  std::array<int, 2> ends{};
-  if (pipe2(ends.data(), O_CLOEXEC) != 0) Fail(errno, "pipe");
-  pid_t pid = 0;
-  int failure = 0;
-  bool stopped = false;
+void ChildProcess::Start(const std::filesystem::path& program) {
+  state_->program = program.string();
+  state_->text.Open();
+  state_->output.Open();
+  const std::string file = "/proc/self/fd/" + std::to_string(state_->text.ends[0]);
+  SpawnSetup setup(state_->text.ends[0], state_->output.ends[1]);
   {
     const std::lock_guard lock(state_->mutex);
-    stopped = state_->stopped;
-    if (!stopped) failure = SpawnSetup(ends[1]).Spawn(program.string(), argument.string(), pid);
-    if (failure == 0) state_->pid = pid;
-    state_->last = pid;
+    if (state_->stopped) return;
+    pid_t pid = 0;
+    const int failure = setup.Spawn(state_->program, file, pid);
+    if (failure != 0) Fail(failure, "can't start " + state_->program);
+    state_->pid = state_->last = pid;
   }
-  close(ends[1]);
-  if (stopped) {
-    close(ends[0]);
-    return {.interrupted = true};
-  }
-  if (failure != 0) {
-    close(ends[0]);
-    Fail(failure, "can't start " + program.string());
-  }
+  state_->text.Close(0);
+  state_->output.Close(1);
+}
+
+ChildProcess::Exit ChildProcess::Run(std::string_view text, const std::filesystem::path& /*file*/,
+                                     const std::function<void(std::string_view)>& on_output,
+                                     const std::function<void()>& meanwhile) {
+  if (state_->pid == 0) return {.interrupted = true};
+  const int untold = WriteWhole(state_->text.ends[1], text);
+  if (untold != 0) kill(state_->pid, SIGKILL);
+  state_->text.Close(1);
   std::exception_ptr failed;
   try {
     meanwhile();
   } catch (const std::exception&) {
     failed = std::current_exception();
   }
-  failure = ReadToEnd(ends[0], on_output);
-  close(ends[0]);
-
-  // Left unreaped until the lock is held, so that Stop never signals a number that is used again.
-  siginfo_t info{};
-  while (waitid(P_PID, static_cast<id_t>(pid), &info, WEXITED | WNOWAIT) != 0 && errno == EINTR) {
-  }
-  const std::lock_guard lock(state_->mutex);
-  int status = 0;
-  while (waitpid(pid, &status, 0) < 0 && errno == EINTR) {
-  }
-  state_->pid = 0;
+  const int unread = ReadToEnd(state_->output.ends[0], on_output);
+  state_->output.Close(0);
+  const int status = state_->Reap();
   if (failed) std::rethrow_exception(failed);
-  if (failure != 0) Fail(failure, "can't read the output of " + program.string());
+  if (untold != 0) Fail(untold, "can't tell " + state_->program + " what to do");
+  if (unread != 0) Fail(unread, "can't read the output of " + state_->program);
   ChildProcess::Exit exit = ToExit(status);
-  exit.process = pid;
+  exit.process = state_->last;
   return exit;
+}
+
+void ChildProcess::EndWaiting() {
+  if (state_->pid == 0) return;
+  kill(state_->pid, SIGKILL);
+  state_->Reap();
 }
 
 int ChildProcess::Stop() {

@@ -5,6 +5,7 @@
 #include <mutex>
 #include <string>
 
+#include "base/text_file.h"
 #include "tavolite/system/child_process.h"
 #include "tavolite/system/windows_support.h"
 
@@ -61,15 +62,23 @@ struct ChildProcess::State {
   HANDLE process = nullptr;  // of the running child, null when there is none
   int last = 0;              // number of the child that was started last
   bool stopped = false;
+  std::filesystem::path program;
 };
 
 ChildProcess::ChildProcess() : state_(std::make_unique<State>()) {}
 ChildProcess::~ChildProcess() = default;
 
-ChildProcess::Exit ChildProcess::Run(const std::filesystem::path& program,
-                                     const std::filesystem::path& argument,
+void ChildProcess::Start(const std::filesystem::path& program) {
+  state_->program = program;
+}
+
+void ChildProcess::EndWaiting() {}
+
+ChildProcess::Exit ChildProcess::Run(std::string_view text, const std::filesystem::path& file,
                                      const std::function<void(std::string_view)>& on_output,
                                      const std::function<void()>& meanwhile) {
+  WriteText(file, text);
+  const std::filesystem::path& program = state_->program;
   SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
   Handle read_end;
   Handle write_end;
@@ -85,7 +94,7 @@ ChildProcess::Exit ChildProcess::Run(const std::filesystem::path& program,
   startup.hStdOutput = write_end.Get();
   startup.hStdError = GetStdHandle(STD_ERROR_HANDLE);
   PROCESS_INFORMATION information{};
-  std::wstring line = CommandLine(program, argument);
+  std::wstring line = CommandLine(program, file);
   {
     const std::lock_guard lock(state_->mutex);
     if (state_->stopped) return {.interrupted = true};

@@ -84,8 +84,8 @@ TEST_P(HostileTables, OneLineStatusTwoAndNothingLeft) {
   const TemporaryDirectory work;
   testing_support::WriteFile(directory / "t.csv", table.text);
   std::vector<std::string> arguments{
-      "solve",    "t.csv",  "--response", "y",
-      "--solver", TAVOLITE, "--work",     testing_support::Utf8(work.Path())};
+      "solve",    "t.csv",     "--response", "y",
+      "--solver", FAKE_SOLVER, "--work",     testing_support::Utf8(work.Path())};
   arguments.insert(arguments.end(), table.options.begin(), table.options.end());
   const auto result = RunProgram(TAVOLITE, arguments, {directory.Path(), {}});
   EXPECT_EQ(result.exit_code, 2);
