@@ -104,9 +104,11 @@ void PutMatrix(Writer& writer, std::string_view name, std::string_view text,
   const std::size_t p = elements.Count();
   KeyList keys;
   for (std::size_t i = 0; i < p; ++i) {
+    keys.count = 0;
+    elements.AddKeys(i, keys);
+    const std::size_t own_keys = keys.count;
     for (std::size_t j = 0; j < p; ++j) {
-      keys.count = 0;
-      elements.AddKeys(i, keys);
+      keys.count = own_keys;
       elements.AddKeys(j, keys);
       writer.Record(keys, values[i + j * p]);
     }
