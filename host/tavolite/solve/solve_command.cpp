@@ -1,6 +1,7 @@
 #include "tavolite/solve/solve_command.h"
 
 #include <memory>
+#include <optional>
 #include <ostream>
 #include <system_error>
 #include <utility>
@@ -43,7 +44,7 @@ struct Session {
   fs::path results;
   std::shared_ptr<RunningSolve> running;
   StepTimes times;
-  Model model{};
+  std::optional<Model> model{};
   std::string control{};  // the control file
   DesignStep design{};
   ModelFaults faults{};
@@ -138,7 +139,7 @@ ModelNames Prepare(Session& session) {
 void WorkBesideSolver(Session& session) {
   session.design.Start(session.Scratch(kInstanceName), session.solver_options.constant_term,
                        IsSmall(session));
-  session.model = {};
+  session.model.reset();
   if (!IsSmall(session)) GiveBackFreeMemory();
 }
 
