@@ -198,9 +198,9 @@ void Write(const Model& model, const std::filesystem::path& file) {
   // database is small: a model of any size fills a few pages.
   database.Execute(
       "PRAGMA page_size = 4096; PRAGMA journal_mode = OFF; PRAGMA synchronous = OFF;"
-      "PRAGMA locking_mode = EXCLUSIVE; PRAGMA application_id = " +
+      "PRAGMA locking_mode = EXCLUSIVE; BEGIN; PRAGMA application_id = " +
       std::to_string(kApplicationId) +
-      "; PRAGMA user_version = " + std::to_string(kInstanceVersion) + "; BEGIN;");
+      "; PRAGMA user_version = " + std::to_string(kInstanceVersion));
   database.Execute(kInstanceTables);
   {
     ArrayTableWriter table(database, arrays);

@@ -71,15 +71,16 @@ void WithInstance(const std::filesystem::path& file, Database::Mode mode, Step s
 
 void WriteSolution(const Solution& solution, const std::filesystem::path& instance) {
   WithInstance(instance, Database::Mode::kReadWrite, [&](Database& database) {
+    // An interrupted process leaves a journal behind that takes a transaction back; the machine's
+    // own end may lose the whole solve anyway. An older solution stays where it is until then.
+    database.Execute("PRAGMA synchronous = OFF; BEGIN IMMEDIATE");
     const Counts counts = ReadCounts(database);
     CheckPart("row", solution.rows, counts.rows);
     CheckPart("column", solution.columns, counts.columns);
     const ArrayHead head = ReadArrayHead(database);
     ArrayReader check(ArrayPath(instance), head.stamp);
     if (check.Size() < head.bytes) throw FileError("the file of arrays is cut short");
-    // An interrupted process leaves a journal behind that takes a transaction back; the machine's
-    // own end may lose the whole solve anyway. An older solution stays where it is until then.
-    database.Execute("PRAGMA synchronous = OFF; BEGIN IMMEDIATE; DELETE FROM solution;");
+    database.Execute("DELETE FROM solution");
     ArrayWriter file = ArrayWriter::Behind(ArrayPath(instance), check.Size());
     {
       ArrayTableWriter arrays(database, file);

@@ -85,6 +85,8 @@ void Environment::Initialize(const std::filesystem::path& control_file) {
     throw FileError("the environment has been initialized already");
   }
   control_ = ReadControlFile(control_file);
+  last_difference_ = Clock::now();
+  if (!control_.timing.empty()) steps_.Start();
   if (!std::ifstream(control_.instance, std::ios::binary)) {
     throw FileError(Utf8(control_file) + ": can't read the instance " + Utf8(control_.instance));
   }
@@ -92,9 +94,7 @@ void Environment::Initialize(const std::filesystem::path& control_file) {
   if (!control_.log.empty()) {
     log_.stream = Opened(control_.log);
   }
-  if (!control_.timing.empty()) steps_.Start();
   LeaveFailure({});
-  last_difference_ = Clock::now();
   initialized_ = true;
 }
 

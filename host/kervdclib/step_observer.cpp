@@ -12,7 +12,7 @@ namespace host {
 namespace {
 
 // In the order of the groups.
-constexpr std::array<std::string_view, 6> kStepNames{"read the control file",
+constexpr std::array<std::string_view, 6> kStepNames{"open the environment",
                                                      "load the instance",
                                                      "start, options, rows and their names",
                                                      "columns and their names",

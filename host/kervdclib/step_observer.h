@@ -16,8 +16,12 @@ enum class CallGroup { kStart, kLoad, kRows, kColumns, kReport, kSolution };
 
 class StepObserver {
  public:
-  // Without this, nothing is measured.
-  void Start() { measures_ = true; }
+  // Without this, nothing is measured. To be called when the control file, which may be waited for,
+  // has been read.
+  void Start() {
+    measures_ = true;
+    begun_ = Clock::now();
+  }
 
   void See(CallGroup group) {
     if (!measures_) return;
