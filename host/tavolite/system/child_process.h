@@ -29,8 +29,8 @@ class ChildProcess {
   // Gives the program that was started its text and waits for its end. On Windows, where
   // a pipe can't be named so, `file` takes the text and the program is started here. The program's
   // standard output goes to `on_output`, piece by piece as it comes; its standard error is ours,
-  // its input is empty. `meanwhile` is what this process does while the other one begins; what it
-  // throws comes out when that has ended. Throws std::system_error.
+  // its input is empty. `meanwhile` is what this process does while the other one begins. What one
+  // of the two throws comes out when the program has ended. Throws std::system_error.
   Exit Run(std::string_view text, const std::filesystem::path& file,
            const std::function<void(std::string_view)>& on_output,
            const std::function<void()>& meanwhile);

@@ -8,13 +8,13 @@
 #include <array>
 #include <cerrno>
 #include <chrono>
-#include <exception>
 #include <mutex>
 #include <system_error>
 #include <thread>
 #include <utility>
 
 #include "tavolite/system/child_process.h"
+#include "tavolite/system/first_failure.h"
 #include "tavolite/system/interrupt_signals_posix.h"
 
 extern char** environ;
@@ -181,16 +181,14 @@ ChildProcess::Exit ChildProcess::Run(std::string_view text, const std::filesyste
   const int untold = WriteWhole(state_->text.ends[1], text);
   if (untold != 0) kill(state_->pid, SIGKILL);
   state_->text.Close(1);
-  std::exception_ptr failed;
-  try {
-    meanwhile();
-  } catch (const std::exception&) {
-    failed = std::current_exception();
-  }
-  const int unread = ReadToEnd(state_->output.ends[0], on_output);
+  FirstFailure failure;
+  failure.Try(meanwhile);
+  const int unread = ReadToEnd(state_->output.ends[0], [&](std::string_view piece) {
+    failure.Try([&] { on_output(piece); });
+  });
   state_->output.Close(0);
   const int status = state_->Reap();
-  if (failed) std::rethrow_exception(failed);
+  failure.Rethrow();
   if (untold != 0) Fail(untold, "can't tell " + state_->program + " what to do");
   if (unread != 0) Fail(unread, "can't read the output of " + state_->program);
   ChildProcess::Exit exit = ToExit(status);

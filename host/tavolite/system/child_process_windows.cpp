@@ -1,12 +1,12 @@
 #include <windows.h>
 
 #include <array>
-#include <exception>
 #include <mutex>
 #include <string>
 
 #include "base/text_file.h"
 #include "tavolite/system/child_process.h"
+#include "tavolite/system/first_failure.h"
 #include "tavolite/system/windows_support.h"
 
 namespace host {
@@ -108,19 +108,16 @@ ChildProcess::Exit ChildProcess::Run(std::string_view text, const std::filesyste
   const Handle process(information.hProcess);
   const Handle thread(information.hThread);
   write_end.Close();
-  std::exception_ptr failed;
-  try {
-    meanwhile();
-  } catch (const std::exception&) {
-    failed = std::current_exception();
-  }
-  ReadToEnd(read_end.Get(), on_output);
+  FirstFailure failure;
+  failure.Try(meanwhile);
+  ReadToEnd(read_end.Get(),
+            [&](std::string_view piece) { failure.Try([&] { on_output(piece); }); });
   WaitForSingleObject(process.Get(), INFINITE);
   DWORD code = 0;
   GetExitCodeProcess(process.Get(), &code);
   const std::lock_guard lock(state_->mutex);
   state_->process = nullptr;
-  if (failed) std::rethrow_exception(failed);
+  failure.Rethrow();
   return {static_cast<int>(code), state_->last, code == kControlCExit};
 }
 
