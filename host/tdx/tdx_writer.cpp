@@ -9,7 +9,9 @@ namespace host {
 
 namespace {
 
-constexpr std::size_t kBatchRecords = 16384;
+// So many records, or a multiple, go to the other thread when it is idle; so many go anyway.
+constexpr std::size_t kBatch = 8192;
+constexpr std::size_t kFullBatch = 32768;
 
 // Large pages cost less time a record, small ones less time a table.
 constexpr int kSmallPage = 4096;
@@ -61,7 +63,8 @@ void TdxWriter::AddRecord(std::span<const std::int32_t> key, double value,
                           const LabelTable& labels) {
   if (labels.Count() != collected_labels_) CollectLabels(labels);
   batch_.Add(key, value);
-  if (batch_.values.size() == kBatchRecords) HandOver();
+  const std::size_t records = batch_.values.size();
+  if (records % kBatch == 0 && (records >= kFullBatch || !background_.IsBusy())) HandOver();
 }
 
 void TdxWriter::CollectLabels(const LabelTable& labels) {
@@ -109,13 +112,6 @@ void TdxWriter::MakeTable(const RecordBatch::Part& part) {
   last_table_ = part.symbol;
 }
 
-// In a small file the records stay in the batch.
-void TdxWriter::EndSymbol() {
-  if (!is_large_) return;
-  HandOver();
-  background_.Wait();
-}
-
 void TdxWriter::WriteSymbols(const std::vector<TdxSymbolInfo>& symbols) {
   const std::vector<std::string> views = TdxViewNames(symbols);
   Statement insert(database_, "INSERT INTO tdx_symbol VALUES(?, ?, ?, ?, ?, ?, ?, ?)");
@@ -134,6 +130,7 @@ void TdxWriter::WriteSymbols(const std::vector<TdxSymbolInfo>& symbols) {
 }
 
 void TdxWriter::Finish(const std::vector<TdxSymbolInfo>& symbols, const LabelTable& labels) {
+  background_.Wait();
   CollectLabels(labels);
   std::swap(batch_, waiting_);
   InsertWaiting();

@@ -30,10 +30,9 @@ class TdxWriter {
 
   // Symbols are numbered from 1.
   void StartSymbol(std::size_t number, int dimension);
-  // `labels` knows the labels of the key. A failure of a record may show at a later one. In a large
-  // file it shows at the latest at the end of its symbol, in a small one at Finish.
+  // `labels` knows the labels of the key. A failure of a record may show at a later one, at the
+  // latest at Finish.
   void AddRecord(std::span<const std::int32_t> key, double value, const LabelTable& labels);
-  void EndSymbol();
   // Writes the list of symbols, the rest of the labels and the views, and closes the file. The
   // names of the views are chosen here.
   void Finish(const std::vector<TdxSymbolInfo>& symbols, const LabelTable& labels);
@@ -48,12 +47,13 @@ class TdxWriter {
 
   std::string producer_;
   std::string library_version_;
-  bool is_large_ = false;              // some batch was full
+  bool is_large_ = false;              // some batch was handed over
   RecordBatch batch_;                  // being filled
   std::int32_t collected_labels_ = 0;  // the first so many have gone into a batch
   // Waits to be inserted, or is being inserted. The connection reads from it, and from the records
-  // of one symbol in it, and so goes first.
-  RecordBatch waiting_;
+  // of one symbol in it, and so goes first. Apart from what the caller changes with every record,
+  // or the two threads would wait for each other's cache lines.
+  alignas(64) RecordBatch waiting_;
   RecordRows records_;
   Database database_;
   std::unique_ptr<Statement> insert_labels_;

@@ -176,7 +176,7 @@ bool ResultsFile::EndSymbol() {
   if (symbol_state_ == SymbolState::kNone) return Fail("the end of a symbol that was not begun");
   const bool written = symbol_state_ == SymbolState::kWriting;
   symbol_state_ = SymbolState::kNone;
-  return written && OnFile([&] { writer_->EndSymbol(); });
+  return written;
 }
 
 bool ResultsFile::PutInPlace() {

@@ -41,7 +41,6 @@ class GoodFile {
     for (const char* coefficient : {"a", "b"}) {
       for (const char* bound : {"LO", "UP"}) Record({"95%", coefficient, bound}, 2.0);
     }
-    writer_.EndSymbol();
     writer_.Finish(symbols_, labels_);
   }
   GoodFile(const GoodFile&) = delete;
@@ -54,7 +53,6 @@ class GoodFile {
 
  private:
   void Start(const char* name, int dimension) {
-    if (!symbols_.empty()) writer_.EndSymbol();
     symbols_.push_back({.name = name, .text = "text", .dimension = dimension, .view = name});
     symbols_.back().number = symbols_.size();
     writer_.StartSymbol(symbols_.size(), dimension);

@@ -29,7 +29,6 @@ class TdxFile : public testing::Test {
       writer.AddRecord(key, i, labels);
     }
     symbols[0].records = 1000;
-    writer.EndSymbol();
     writer.Finish(symbols, labels);
   }
   void Execute(const std::string& sql) {

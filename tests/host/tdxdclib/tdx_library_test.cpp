@@ -395,8 +395,8 @@ TEST(TdxLibrary, FullDisk) {
   }
 }
 
-// The records of a large symbol are inserted behind the caller's back.
-TEST(TdxLibrary, AFailureIsCountedWhenItsSymbolEnds) {
+// The records of a large symbol are inserted while the caller writes the next ones.
+TEST(TdxLibrary, AFailureBehindTheCallersBackIsCounted) {
   const TemporaryDirectory directory;
   for (const char* blocks : {"20", "30000"}) {  // early in the symbol, and late
     const auto run = RunProgram("/bin/sh", {"-c",
