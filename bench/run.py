@@ -5,7 +5,8 @@ usage: run.py --build DIR [--sizes NAME,...] [--repeat K] [--results FILE]
 
 Every program is a whole process, from the CSV table to its report and a file with residuals and fitted
 values. Times are wall-clock seconds, the median over the repetitions, which are interleaved between the
-programs; memory is the peak of the resident set, summed over the processes of a run.
+programs, with half the distance between the quartiles; memory is the peak of the resident set, summed over
+the processes of a run.
 """
 import argparse
 import datetime
@@ -79,32 +80,33 @@ def resident_bytes(session):
 
 
 def measure(command, directory, environment):
-    """Seconds, peak memory in MB, and the text that the program printed."""
+    """Seconds and peak memory in MB."""
     log = pathlib.Path(directory) / "bench.log"
     peak = 0
-    with open(log, "wb") as out:
-        start = time.perf_counter()
-        process = subprocess.Popen(command, cwd=directory, env={**os.environ, **environment},
-                                   stdin=subprocess.DEVNULL, stdout=out, stderr=subprocess.STDOUT,
-                                   start_new_session=True)
-        done = threading.Event()
+    os.chdir(directory)
+    files = [(os.POSIX_SPAWN_OPEN, 0, os.devnull, os.O_RDONLY, 0),
+             (os.POSIX_SPAWN_OPEN, 1, str(log), os.O_WRONLY | os.O_CREAT | os.O_TRUNC, 0o644),
+             (os.POSIX_SPAWN_DUP2, 1, 2)]
+    start = time.perf_counter()
+    process = os.posix_spawnp(command[0], command, {**os.environ, **environment}, file_actions=files, setsid=True)
+    done = threading.Event()
 
-        def watch():
-            nonlocal peak
-            while not done.wait(0.02):
-                peak = max(peak, resident_bytes(process.pid))
+    def watch():
+        nonlocal peak
+        while not done.wait(0.02):
+            peak = max(peak, resident_bytes(process))
 
-        watcher = threading.Thread(target=watch)
-        watcher.start()
-        _, status, usage = os.wait4(process.pid, 0)
-        seconds = time.perf_counter() - start
-        process.returncode = os.waitstatus_to_exitcode(status)
-        done.set()
-        watcher.join()
-    text = log.read_text(encoding="utf-8", errors="replace")
-    if process.returncode != 0:
-        sys.exit(f"run.py: {' '.join(command)} ended with status {process.returncode}:\n{text[-2000:]}")
-    return seconds, max(peak, usage.ru_maxrss * 1024) / 1e6, text
+    watcher = threading.Thread(target=watch)
+    watcher.start()
+    _, status, usage = os.wait4(process, 0)
+    seconds = time.perf_counter() - start
+    done.set()
+    watcher.join()
+    code = os.waitstatus_to_exitcode(status)
+    if code != 0:
+        text = log.read_text(encoding="utf-8", errors="replace")
+        sys.exit(f"run.py: {' '.join(command)} ended with status {code}:\n{text[-2000:]}")
+    return seconds, max(peak, usage.ru_maxrss * 1024) / 1e6
 
 
 def programs(build):
@@ -130,7 +132,7 @@ def make_table(build, name, directory):
 def run_size(build, name, found, repeat, directory):
     table = make_table(build, name, directory)
     n, p = SIZES[name]
-    count = repeat or (5 if n * p < 1_000_000 else 3)
+    count = repeat or (21 if n * p < 100_000 else 7)
     times = {program: [] for program, _ in found}
     memory = {program: 0.0 for program, _ in found}
     bare = []
@@ -138,7 +140,7 @@ def run_size(build, name, found, repeat, directory):
     for _ in range(count):
         for program, command in found:
             output = str(pathlib.Path(directory) / "output.csv")
-            seconds, peak, _ = measure(command(table, output), directory,
+            seconds, peak = measure(command(table, output), directory,
                                        {"BENCH_TABLE": table, "BENCH_OUTPUT": output})
             times[program].append(seconds)
             memory[program] = max(memory[program], peak)
@@ -148,8 +150,14 @@ def run_size(build, name, found, repeat, directory):
         bare.append(bare_seconds(build, n, p))
     if name != "longley":
         os.remove(table)
-    return {"times": {k: statistics.median(v) for k, v in times.items()}, "memory": memory,
+    return {"times": {k: statistics.median(v) for k, v in times.items()},
+            "spread": {k: half_quartile_distance(v) for k, v in times.items()}, "memory": memory,
             "bare": statistics.median(bare), "steps": {k: statistics.median(v) for k, v in steps.items()}}
+
+
+def half_quartile_distance(values):
+    quartiles = statistics.quantiles(values, method="inclusive")
+    return (quartiles[2] - quartiles[0]) / 2
 
 
 def bare_seconds(build, n, p):
@@ -165,7 +173,7 @@ def solver_alone(build, directory, n, p, repeat):
                    check=True)
     seconds, bare, peak = [], [], 0.0
     for _ in range(repeat):
-        taken, memory, _ = measure([str(build / "bin" / "linfit"), scratch + "/control.txt"], scratch, {})
+        taken, memory = measure([str(build / "bin" / "linfit"), scratch + "/control.txt"], scratch, {})
         seconds.append(taken)
         peak = max(peak, memory)
         bare.append(bare_seconds(build, n, p))
@@ -177,7 +185,7 @@ def solver_table(build, directory):
     lines = ["The solver alone: `linfit` on a prepared instance, results file included.", "",
              "| size | seconds | bare solve | ratio | peak MB | design matrix MB |",
              "| --- | ---: | ---: | ---: | ---: | ---: |"]
-    for name, n, p, repeat in [("16x7", 16, 7, 21), ("1e6x25", 1_000_000, 25, 3), ("2e6x25", 2_000_000, 25, 1)]:
+    for name, n, p, repeat in [("16x7", 16, 7, 21), ("1e6x25", 1_000_000, 25, 7), ("2e6x25", 2_000_000, 25, 3)]:
         seconds, peak, bare = solver_alone(build, directory, n, p, repeat)
         lines.append(f"| {name} | {seconds:.4f} | {bare:.4f} | {seconds / bare:.1f} | {peak:.0f} | {n * p * 8e-6:.1f} |")
     return lines
@@ -194,18 +202,23 @@ GROWTH = [250_000, 500_000, 1_000_000, 2_000_000, 4_000_000]
 
 def growth_table(build, directory):
     """The whole run on tables of more and more rows: time and memory are to grow in proportion."""
-    lines = ["Growth with the number of rows, 25 coefficients, from the table to the results file.", "",
-             "| rows | seconds | microseconds a row | peak MB | bytes a number |",
-             "| --- | ---: | ---: | ---: | ---: |"]
+    lines = ["Growth with the number of rows, 25 coefficients, from the table to the results file. A process that",
+             "only fills the table's numbers into fresh memory once takes what the last column says.", "",
+             "| rows | seconds | microseconds a row | peak MB | bytes a number | seconds to fill memory |",
+             "| --- | ---: | ---: | ---: | ---: | ---: |"]
     for n in GROWTH:
         table = str(pathlib.Path(directory) / "growth.csv")
         subprocess.run([str(build / "bench" / "make_table"), str(n), "25", table], check=True)
         command = [str(build / "bin" / "tavolite"), "solve", table, "--response", "y", "--quiet"]
-        runs = [measure(command, directory, {}) for _ in range(3 if n <= 1_000_000 else 1)]
+        os.sync()  # the disk's work on the table is not the program's
+        runs = [measure(command, directory, {}) for _ in range(3)]
+        fill = min(measure(["dd", "if=/dev/zero", "of=/dev/null", f"bs={n * 25 * 8}", "count=1"], directory, {})[0]
+                   for _ in range(3))
         os.remove(table)
         seconds = min(run[0] for run in runs)
         peak = max(run[1] for run in runs)
-        lines.append(f"| {n} | {seconds:.2f} | {seconds / n * 1e6:.2f} | {peak:.0f} | {peak * 1e6 / (n * 25):.1f} |")
+        lines.append(f"| {n} | {seconds:.2f} | {seconds / n * 1e6:.2f} | {peak:.0f} | {peak * 1e6 / (n * 25):.1f} "
+                     f"| {fill:.2f} |")
     return lines
 
 
@@ -224,13 +237,19 @@ def read_steps(file):
     return steps.items()
 
 
+def seconds_text(seconds):
+    return f"{seconds:.4f}" if seconds < 0.1 else f"{seconds:.3f}"
+
+
 def overview(results):
     names = list(next(iter(results.values()))["times"])
-    lines = ["Seconds of the whole process (peak MB); the ratio is the fastest peer's time over linfit's.", "",
+    lines = ["Seconds of the whole process: median ± half the distance between the quartiles (peak MB). The ratio is",
+             "the fastest peer's time over linfit's.", "",
              "| size | " + " | ".join(names) + " | ratio | bare solve |",
              "| --- |" + " ---: |" * (len(names) + 2)]
     for size, result in results.items():
-        cells = [f"{result['times'][k]:.3f} ({result['memory'][k]:.0f})" for k in names]
+        cells = [f"{seconds_text(result['times'][k])} ± {seconds_text(result['spread'][k])} "
+                 f"({result['memory'][k]:.0f})" for k in names]
         others = [result["times"][k] for k in names if k != OURS]
         ratio = f"{min(others) / result['times'][OURS]:.2f}" if others else "-"
         lines.append(f"| {size} | " + " | ".join(cells) + f" | {ratio} | {result['bare']:.3f} |")
@@ -279,7 +298,7 @@ def main():
     parser = argparse.ArgumentParser(description="linfit beside its peers")
     parser.add_argument("--build", type=pathlib.Path, required=True, help="build directory with bin/")
     parser.add_argument("--sizes", default=",".join(SIZES), help="comma-separated: " + ", ".join(SIZES))
-    parser.add_argument("--repeat", type=int, default=0, help="runs of each program (default: 5, large sizes 3)")
+    parser.add_argument("--repeat", type=int, default=0, help="runs of each program (default: 21, large sizes 7)")
     parser.add_argument("--results", type=pathlib.Path, help="write the tables to this file, too")
     arguments = parser.parse_args()
     build = arguments.build.resolve()

@@ -20,7 +20,8 @@ namespace host {
 
 namespace {
 
-constexpr std::size_t kBlockSize = 512U << 10U;  // text and numbers of it fit a second-level cache
+constexpr std::size_t kLargestBlock = 512U << 10U;  // its text and numbers fit a second-level cache
+constexpr std::size_t kSmallestBlock = 64U << 10U;  // worth a change of threads
 constexpr std::size_t kLongestRecord = 8U << 20U;
 
 std::string OverlongRecord() {
@@ -48,11 +49,19 @@ struct Block {
   }
 };
 
+// Small enough that all threads have something to do.
+std::size_t BlockSize(const TextSource& source) {
+  constexpr std::uint64_t kBlocks = 16;
+  if (source.block != 0) return source.block;
+  if (source.size == 0) return kLargestBlock;
+  return std::clamp(static_cast<std::size_t>(source.size / kBlocks), kSmallestBlock, kLargestBlock);
+}
+
 // Cuts the stream into blocks of whole records, the last of which gets a line end if it has none.
 class BlockSource {
  public:
   explicit BlockSource(const TextSource& source)
-      : source_(source), block_size_(source.block != 0 ? source.block : kBlockSize) {}
+      : source_(source), block_size_(BlockSize(source)) {}
 
   // False at the end.
   bool Next(Block& block) {
