@@ -61,9 +61,8 @@ const std::filesystem::path& GoodInstance() {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::filesystem::path file = fuzz::ScratchFile("instance.db");
-  constexpr auto kReplace = std::filesystem::copy_options::overwrite_existing;
-  std::filesystem::copy_file(GoodInstance(), file, kReplace);
-  std::filesystem::copy_file(host::ArrayPath(GoodInstance()), host::ArrayPath(file), kReplace);
+  fuzz::CopyFile(GoodInstance(), file);
+  fuzz::CopyFile(host::ArrayPath(GoodInstance()), host::ArrayPath(file));
   fuzz::Input input(data, size);
   fuzz::DamageTables(file, kTables, input, host::ArrayPath(file));
   try {

@@ -98,7 +98,7 @@ void CheckShow(const host::ShowOptions& options) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   static const GoodFile kGood;
   const std::filesystem::path file = fuzz::ScratchFile("damaged.tdx");
-  std::filesystem::copy_file(kGood.path, file, std::filesystem::copy_options::overwrite_existing);
+  fuzz::CopyFile(kGood.path, file);
   fuzz::Input input(data, size);
   const unsigned choice = input.Byte();
   Damage(file, choice % 3, input);

@@ -36,11 +36,12 @@ std::string Texts(const Items& items, Text text_of) {
   return text + "]";
 }
 
-// So many that six are left of the differences within the range.
+// So many that six are left of the differences within the range; all of them where it is none.
 int DigitsFor(Range range) {
+  constexpr double kMostLost = 11.0;
   const double size = std::max(std::abs(range.low), std::abs(range.high));
-  const double lost = std::log10(size / (range.high - range.low));
-  return 6 + static_cast<int>(std::clamp(std::ceil(lost), 0.0, 11.0));
+  const double lost = std::ceil(std::log10(size / (range.high - range.low)));
+  return 6 + static_cast<int>(lost < kMostLost ? std::max(lost, 0.0) : kMostLost);
 }
 
 template <class Items, class Value>
