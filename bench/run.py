@@ -312,6 +312,7 @@ def main():
         alone = solver_table(build, directory)
         growth = growth_table(build, directory)
     finally:
+        os.chdir(HERE)
         shutil.rmtree(directory, ignore_errors=True)
     text = ["# Bench results", "",
             f"{datetime.date.today().isoformat()}, {machine()}. Made by `make bench`.", "", *versions(found), "",
