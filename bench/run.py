@@ -302,6 +302,7 @@ def main():
     parser.add_argument("--results", type=pathlib.Path, help="write the tables to this file, too")
     arguments = parser.parse_args()
     build = arguments.build.resolve()
+    report = arguments.results and arguments.results.resolve()
     found = programs(build)
     results = {}
     directory = tempfile.mkdtemp(prefix="linfit-bench-")
@@ -318,8 +319,8 @@ def main():
             f"{datetime.date.today().isoformat()}, {machine()}. Made by `make bench`.", "", *versions(found), "",
             *overview(results), "", *step_table(results), "", *alone, "", *growth, ""]
     print("\n".join(text))
-    if arguments.results:
-        arguments.results.write_text("\n".join(text), encoding="utf-8")
+    if report:
+        report.write_text("\n".join(text), encoding="utf-8")
 
 
 if __name__ == "__main__":
